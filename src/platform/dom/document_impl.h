@@ -1,0 +1,53 @@
+// The document object behind every handle of a document: settings, the current content, and what
+// the last load left behind. It outlives its content: a load replaces the content, and nodes of
+// the old one still name this object as their document.
+//
+// Counting: the object lives while there is a handle of the document, or a content (current or
+// old) with a handle of one of its nodes.
+#pragma once
+
+#include "platform/dom/document_data.h"
+#include "platform/dom/parse_error.h"
+#include "platform/dom/parser.h"
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+namespace kx::dom {
+
+/// What a caller may set on a document; every load and every copy keeps it.
+struct DocumentSettings {
+  bool preserveWhiteSpace = false;
+  bool validateOnParse = true;
+  bool resolveExternals = true;
+  bool async = true;
+  std::string selectionLanguage = "XSLPattern";
+  std::uint32_t maxElementDepth = 5000;
+  std::size_t maxBytes = std::size_t{128} << 20U;
+  std::size_t maxEntityBytes = std::size_t{16} << 20U;
+};
+
+class DocumentImpl {
+ public:
+  DocumentImpl();
+  DocumentImpl(const DocumentImpl&) = delete;
+  DocumentImpl& operator=(const DocumentImpl&) = delete;
+
+  void AddRef() noexcept { references_.fetch_add(1, std::memory_order_relaxed); }
+  void Release() noexcept;
+
+  /// Makes `data` (made with this as owner) the current content and retires the former one.
+  void Replace(DocumentData* data) noexcept;
+
+  DocumentSettings settings;
+  ParseError parseError;
+  std::string url;
+  DocumentData* current;  ///< never null
+
+ private:
+  ~DocumentImpl();
+  std::atomic<std::uint32_t> references_{0};
+};
+
+}  // namespace kx::dom
