@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kx::text {
 
@@ -24,6 +25,7 @@ inline constexpr int kCodePageAscii = 20127;
 inline constexpr int kCodePageWindows1252 = 1252;
 
 struct CodePageEntry;
+struct SingleByteTable;
 
 /// The result of strict decoding: the text before the first bad byte, and that byte's offset.
 struct StrictDecoding {
@@ -42,7 +44,7 @@ class CodePage {
   /// True when each byte is one character; these pages also define every byte below 128 as ASCII.
   [[nodiscard]] bool IsSingleByte() const noexcept;
 
-  /// Bytes to UTF-8. An undefined byte 80 to 9F of a single-byte page is the control character of
+  /// Bytes to UTF-8. An undefined byte 80 to 9F of a Windows page is the control character of
   /// the same number; any other undefined or invalid sequence is U+FFFD. No byte-order mark is
   /// looked for or removed.
   [[nodiscard]] std::string Decode(std::string_view bytes) const;
@@ -63,13 +65,17 @@ class CodePage {
   friend std::optional<CodePage> FindCodePage(std::string_view name, const HostCodec* host);
   friend std::optional<CodePage> FindCodePage(int number, const HostCodec* host);
 
-  explicit CodePage(const CodePageEntry* entry) noexcept : entry_(entry) {}
-  CodePage(const CodePageEntry* entry, std::string hostName, const HostCodec* host)
-      : entry_(entry), hostName_(std::move(hostName)), host_(host) {}
+  CodePage(const CodePageEntry* entry, const SingleByteTable* table, std::string hostName,
+           const HostCodec* host)
+      : entry_(entry), table_(table), hostName_(std::move(hostName)), host_(host) {}
 
-  const CodePageEntry* entry_ = nullptr;  // null for a host encoding outside our list
-  std::string hostName_;                  // the host's name for it; empty for our own pages
-  const HostCodec* host_ = nullptr;
+  static std::optional<CodePage> FromEntry(const CodePageEntry& entry, const HostCodec* host);
+  static std::optional<CodePage> FromLabel(std::string_view name, const HostCodec* host);
+
+  const CodePageEntry* entry_;    // null for an encoding of the host outside our list
+  const SingleByteTable* table_;  // set for a single-byte page
+  std::string hostName_;          // the host's name for it; empty for our own pages
+  const HostCodec* host_;         // set for an encoding of the host
 };
 
 /// The encoding of that name, in any case, as an XML declaration or a setting spells it; nothing

@@ -53,6 +53,11 @@ struct ParsedNumber {
 /// True when ParseNumber accepts the text.
 [[nodiscard]] bool IsNumberText(std::string_view text);
 
+/// Reads `digits` times ten to the `exponent` as a whole number of 10^-`decimals`, exactly, rounded
+/// half to even; nothing when the magnitude is above 2^63.
+[[nodiscard]] std::optional<std::uint64_t> ReadScaled(std::string_view digits,
+                                                      std::int64_t exponent, int decimals);
+
 /// The value of a parsed number as a double.
 [[nodiscard]] DecimalValue ValueOf(const ParsedNumber& number);
 
