@@ -135,6 +135,8 @@ class DocumentData {
 
   /// Makes room for a parse buffer of `bytes` (and padding to read over) and returns it.
   char* ReserveText(std::size_t bytes);
+  /// Appends `bytes` to the parse buffer, which may move, and returns where they begin.
+  std::size_t ExtendText(std::size_t bytes);
   [[nodiscard]] char* Text() noexcept { return text_.get(); }
   [[nodiscard]] TextHeap& Heap() noexcept { return heap_; }
   PlainArray<NodeRecord>& Nodes() noexcept { return nodes_; }
@@ -144,18 +146,32 @@ class DocumentData {
     void operator()(char* block) const noexcept { std::free(block); }
   };
 
+  [[nodiscard]] bool HasLinkedChildren(NodeId id) const noexcept {
+    const NodeRecord& record = nodes_[id];
+    return (record.flags & kInlineText) == 0 && !IsCharacterData(record.type) &&
+           record.first != kNoNode;
+  }
   void FreeOwnText(NodeRecord& record) noexcept;
+  void FreeInlineText(NodeId id) noexcept;
+  void ClearNode(NodeId id) noexcept;
   void FreeNode(NodeId id) noexcept;
   void NoteDetached();
   void MarkLive(std::vector<std::uint8_t>& marks) const;
-  void ForgetMoved(NodeId id) noexcept;
   NodeId CopyRecord(const DocumentData& source, NodeId from);
+  void CopyAttributes(const DocumentData& source, NodeId from, NodeId copy);
+  void CopyChildren(const DocumentData& source, NodeId from, NodeId copy);
   NameId ImportName(const DocumentData& source, NameId name);
-  NodeId NextToCopy(const DocumentData& source, NodeId root, NodeId& from, NodeId copy) const;
+  void DropHolds() noexcept;
+  void ForwardNode(DocumentData& source, NodeId from, NodeId to);
+  void ForwardAttributes(DocumentData& source, NodeId from, NodeId to);
+  void ForwardTree(DocumentData& source, NodeId from, NodeId to);
+  void ForgetMoved(NodeId id) noexcept;
+  void ReleaseLast() noexcept;
 
   PlainArray<NodeRecord> nodes_;
   std::unique_ptr<char, FreeText> text_;
-  std::size_t textBytes_ = 0;
+  std::size_t textBytes_ = 0;     ///< used
+  std::size_t textCapacity_ = 0;  ///< reserved
   TextHeap heap_;
   NameTable names_;
   DocumentImpl* owner_;
@@ -164,6 +180,7 @@ class DocumentData {
   NodeId firstFree_ = kNoNode;
   std::uint32_t freeNodes_ = 0;
   std::uint32_t detachedSinceCollect_ = 0;
+  std::uint32_t collectPause_ = 0;  ///< above 0 while nodes exist that nobody holds yet
   std::uint64_t editVersion_ = 0;
   bool idsInOrder_ = true;
   bool frozen_ = false;

@@ -12,10 +12,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
+#include <cstring>
+#include <new>
 #include <string_view>
+#include <type_traits>
 
 namespace kx::dom {
+
+/// The qualified names "xmlns" and "xml", which every table has.
+inline constexpr std::uint32_t kXmlnsQName = 1;
+inline constexpr std::uint32_t kXmlQName = 2;
 
 /// The namespace of a node that has none; its URI reads as "absent".
 inline constexpr UriId kNoUri = 0;
@@ -49,36 +55,60 @@ struct QName {
   NodeId attributeStamp = 0;    ///< the element that carried this as an attribute last
 };
 
-/// An array of plain values that grows by reallocation and is copied as one block.
-template <class T>
+/// An array of plain values that grows by reallocation and is copied as one block. The first
+/// `kInline` values need no block of their own.
+template <class T, std::uint32_t kInline = 0>
 class PlainArray {
  public:
-  PlainArray() noexcept = default;
+  PlainArray() noexcept : data_(Inline()), capacity_(kInline) {}
+  ~PlainArray() {
+    if (data_ != Inline()) std::free(static_cast<void*>(data_));
+  }
+  PlainArray(const PlainArray&) = delete;
+  PlainArray& operator=(const PlainArray&) = delete;
 
   [[nodiscard]] std::uint32_t size() const noexcept { return size_; }
   [[nodiscard]] std::uint32_t capacity() const noexcept { return capacity_; }
-  T& operator[](std::size_t index) noexcept { return data_.get()[index]; }
-  const T& operator[](std::size_t index) const noexcept { return data_.get()[index]; }
-  [[nodiscard]] T* data() noexcept { return data_.get(); }
-  [[nodiscard]] const T* data() const noexcept { return data_.get(); }
+  T& operator[](std::size_t index) noexcept { return data_[index]; }
+  const T& operator[](std::size_t index) const noexcept { return data_[index]; }
+  [[nodiscard]] T* data() noexcept { return data_; }
+  [[nodiscard]] const T* data() const noexcept { return data_; }
+  /// Bytes of the block that the array has besides itself.
+  [[nodiscard]] std::size_t BlockBytes() const noexcept {
+    return capacity_ == kInline ? 0 : capacity_ * sizeof(T);
+  }
 
   /// Appends `count` values that are not initialised and returns the first one's index.
-  std::uint32_t Extend(std::uint32_t count);
+  std::uint32_t Extend(std::uint32_t count) {
+    if (count > capacity_ - size_) Grow(count);
+    const std::uint32_t index = size_;
+    size_ += count;
+    return index;
+  }
   std::uint32_t Append(const T& value) {
     const std::uint32_t index = Extend(1);
-    data_.get()[index] = value;
+    data_[index] = value;
     return index;
   }
   void Reserve(std::uint32_t capacity);
+  /// Gives back room beyond the values there are, where that needs no copying.
+  void Shrink() noexcept;
   void CopyFrom(const PlainArray& other);
 
  private:
-  struct FreeBlock {
-    void operator()(T* block) const noexcept { std::free(static_cast<void*>(block)); }
-  };
-  std::unique_ptr<T, FreeBlock> data_;
+  T* Inline() noexcept {
+    if constexpr (kInline == 0) {
+      return nullptr;
+    } else {
+      return reinterpret_cast<T*>(inline_);
+    }
+  }
+  void Grow(std::uint32_t count);
+
+  T* data_;
   std::uint32_t size_ = 0;
-  std::uint32_t capacity_ = 0;
+  std::uint32_t capacity_;
+  alignas(T) unsigned char inline_[kInline == 0 ? 1 : kInline * sizeof(T)];
 };
 
 class NameTable {
@@ -127,6 +157,7 @@ class NameTable {
   QName& At(std::uint32_t qname) noexcept { return qnames_[qname]; }
   [[nodiscard]] const QName& At(std::uint32_t qname) const noexcept { return qnames_[qname]; }
 
+  /// Bytes held besides the table itself.
   [[nodiscard]] std::size_t Bytes() const noexcept;
   void CopyFrom(const NameTable& other);
 
@@ -180,36 +211,42 @@ inline std::uint64_t NameTable::MultiplyFold(std::uint64_t a, std::uint64_t b) n
 #endif
 }
 
-template <class T>
-void PlainArray<T>::Reserve(std::uint32_t capacity) {
+template <class T, std::uint32_t kInline>
+void PlainArray<T, kInline>::Reserve(std::uint32_t capacity) {
   if (capacity <= capacity_) return;
-  auto* grown = static_cast<T*>(
-      std::realloc(static_cast<void*>(data_.get()), std::size_t{capacity} * sizeof(T)));
+  const bool owned = data_ != Inline();
+  const std::size_t bytes = std::size_t{capacity} * sizeof(T);
+  void* grown = owned ? std::realloc(static_cast<void*>(data_), bytes) : std::malloc(bytes);
   if (grown == nullptr) throw std::bad_alloc();
-  static_cast<void>(data_.release());  // realloc took it over
-  data_.reset(grown);
+  if (!owned && size_ != 0) std::memcpy(grown, data_, std::size_t{size_} * sizeof(T));
+  data_ = static_cast<T*>(grown);
   capacity_ = capacity;
 }
 
-template <class T>
-std::uint32_t PlainArray<T>::Extend(std::uint32_t count) {
-  if (count > capacity_ - size_) {
-    const std::uint64_t wanted = std::uint64_t{size_} + count;
-    if (wanted > 0x7FFFFFFFU) throw std::bad_alloc();
-    const std::uint64_t grown = std::uint64_t{capacity_} + capacity_ / 2 + 8;
-    Reserve(static_cast<std::uint32_t>(grown > wanted ? grown : wanted));
-  }
-  const std::uint32_t index = size_;
-  size_ += count;
-  return index;
+template <class T, std::uint32_t kInline>
+void PlainArray<T, kInline>::Shrink() noexcept {
+  if (data_ == Inline() || size_ == capacity_ || size_ == 0) return;
+  void* smaller = std::realloc(static_cast<void*>(data_), std::size_t{size_} * sizeof(T));
+  if (smaller == nullptr) return;
+  data_ = static_cast<T*>(smaller);
+  capacity_ = size_;
 }
 
-template <class T>
-void PlainArray<T>::CopyFrom(const PlainArray& other) {
+template <class T, std::uint32_t kInline>
+void PlainArray<T, kInline>::Grow(std::uint32_t count) {
+  const std::uint64_t wanted = std::uint64_t{size_} + count;
+  if (wanted > 0x7FFFFFFFU) throw std::bad_alloc();
+  const std::uint64_t grown = std::uint64_t{capacity_} + capacity_ / 2 + 8;
+  Reserve(static_cast<std::uint32_t>(grown > wanted ? grown : wanted));
+}
+
+template <class T, std::uint32_t kInline>
+void PlainArray<T, kInline>::CopyFrom(const PlainArray& other) {
+  static_assert(std::is_trivially_copyable_v<T>);
   size_ = 0;
   Reserve(other.size_);
   size_ = other.size_;
-  for (std::uint32_t i = 0; i < size_; ++i) data_.get()[i] = other.data_.get()[i];
+  if (size_ != 0) std::memcpy(data_, other.data_, std::size_t{size_} * sizeof(T));
 }
 
 inline std::uint32_t NameTable::FindShortQName(NameKey key, std::uint32_t length) const noexcept {

@@ -59,6 +59,7 @@ enum NodeFlag : std::uint8_t {
   kDefaulted = 1U << 4U,   ///< an attribute supplied by a declaration, not written in the text
   kNamespaceDeclaration = 1U << 5U,  ///< an attribute named xmlns or xmlns:p
   kIdAttribute = 1U << 6U,           ///< an attribute declared to be an ID
+  kPreserveSpace = 1U << 7U,  ///< an element under xml:space="preserve"; kept while parsing only
 };
 
 struct NodeRecord {

@@ -5,10 +5,10 @@
 
 #include "platform/dom/document_data.h"
 #include "platform/dom/parse_error.h"
+#include "platform/text/host_codec.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 namespace kx::dom {
@@ -26,6 +26,8 @@ struct ParseOptions {
   std::uint32_t maxDepth = 5000;                        ///< open elements at one time
   std::size_t maxBytes = std::size_t{128} << 20U;       ///< of text
   std::size_t maxEntityBytes = std::size_t{16} << 20U;  ///< that entities may expand to in all
+  /// Knows the encodings beyond our own tables; null when there are only those.
+  const text::HostCodec* codec = nullptr;
 };
 
 /// Parses `text`, UTF-8 whatever its declaration says, into `data`, which must be new.
@@ -35,6 +37,7 @@ bool ParseText(DocumentData& data, std::string_view text, const ParseOptions& op
                ParseError& error);
 
 /// The same for bytes: decoded by byte-order mark, else by the declared encoding, else as UTF-8.
+/// A document without byte-order mark cannot be UTF-16.
 bool ParseBytes(DocumentData& data, std::string_view bytes, const ParseOptions& options,
                 ParseError& error);
 

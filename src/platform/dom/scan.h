@@ -1,0 +1,198 @@
+// The inner loops of the parser: sixteen bytes at a time where the processor has SSE2, byte by
+// byte elsewhere, with the same results. Every buffer that is scanned here ends in kSentinel and
+// has kScanPadding readable bytes after its last one.
+#pragma once
+
+#include "platform/dom/name_table.h"
+#include "platform/dom/xml_names.h"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__) && !defined(KX_PORTABLE_SCAN)
+#define KX_SCAN_SSE2 1
+#include <emmintrin.h>
+#endif
+
+namespace kx::dom::scan {
+
+/// Stands after the last byte of a text: no loop over text, values or names runs past it.
+inline constexpr char kSentinel = '<';
+inline constexpr std::size_t kScanPadding = 32;
+
+/// A name of at most 16 ASCII bytes: its key and length; length 0 when it is longer, not ASCII, or
+/// empty, and the slow way must decide. Whether the bytes are all name characters is only certain
+/// once the key has been found among the names that were checked before.
+struct ShortName {
+  NameKey key;
+  std::uint32_t length = 0;
+};
+
+/// Where a run of characters stops, and whether something in it needs escaping when written.
+struct Stop {
+  const char* at = nullptr;
+  bool plain = true;
+};
+
+#if defined(KX_SCAN_SSE2)
+
+inline constexpr std::uint64_t kFirstBytes[9] = {0,
+                                                 0xFF,
+                                                 0xFFFF,
+                                                 0xFFFFFF,
+                                                 0xFFFFFFFF,
+                                                 0xFFFFFFFFFF,
+                                                 0xFFFFFFFFFFFF,
+                                                 0xFFFFFFFFFFFFFF,
+                                                 0xFFFFFFFFFFFFFFFF};
+
+inline __m128i Load(const char* p) noexcept {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+}
+inline __m128i Equal(__m128i block, char c) noexcept {
+  return _mm_cmpeq_epi8(block, _mm_set1_epi8(c));
+}
+inline std::uint32_t Bits(__m128i mask) noexcept {
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(mask));
+}
+
+inline ShortName ScanShortName(const char* p) noexcept {
+  const __m128i block = Load(p);
+  // Ends a name: up to ',' (and every byte from 0x80, negative here), '/', ';' to '@'.
+  const __m128i low = _mm_cmplt_epi8(block, _mm_set1_epi8('-'));
+  const __m128i middle = _mm_and_si128(_mm_cmpgt_epi8(block, _mm_set1_epi8(':')),
+                                       _mm_cmplt_epi8(block, _mm_set1_epi8('A')));
+  const __m128i ends = _mm_or_si128(_mm_or_si128(low, middle), Equal(block, '/'));
+  const std::uint32_t bits = Bits(ends) | 0x10000U;
+  const auto length = static_cast<std::uint32_t>(std::countr_zero(bits));
+  ShortName name;
+  std::memcpy(&name.key.low, p, 8);
+  std::memcpy(&name.key.high, p + 8, 8);
+  name.key.low &= kFirstBytes[length < 8 ? length : 8];
+  name.key.high &= kFirstBytes[length < 8 ? 0 : length - 8];
+  // A byte beyond ASCII may continue the name; the seventeenth byte may too.
+  const bool slow =
+      static_cast<signed char>(p[length]) < 0 || (length == 16 && IsAsciiNamePart(p[16]));
+  name.length = slow ? 0 : length;
+  return name;
+}
+
+/// The first '<', '&' or ']' at or after `p`. Not plain: '>', LF or CR stands before it.
+inline Stop ScanText(const char* p) noexcept {
+  std::uint32_t special = 0;
+  while (true) {
+    const __m128i block = Load(p);
+    const __m128i stops =
+        _mm_or_si128(_mm_or_si128(Equal(block, '<'), Equal(block, '&')), Equal(block, ']'));
+    const __m128i escaped = _mm_or_si128(Equal(block, '>'), Equal(block, '\n'));
+    const std::uint32_t stopBits = Bits(stops);
+    if (stopBits != 0) {
+      const auto count = static_cast<std::uint32_t>(std::countr_zero(stopBits));
+      special |= Bits(escaped) & ((1U << count) - 1U);
+      return {p + count, special == 0};
+    }
+    special |= Bits(escaped);
+    p += 16;
+  }
+}
+
+/// The first `quote`, '<' or '&' at or after `p`. Not plain: '>', '"' or LF stands before it.
+inline Stop ScanAttributeValue(const char* p, char quote) noexcept {
+  std::uint32_t special = 0;
+  while (true) {
+    const __m128i block = Load(p);
+    const __m128i stops =
+        _mm_or_si128(_mm_or_si128(Equal(block, '<'), Equal(block, '&')), Equal(block, quote));
+    const __m128i escaped =
+        _mm_or_si128(_mm_or_si128(Equal(block, '>'), Equal(block, '\n')), Equal(block, '"'));
+    const std::uint32_t stopBits = Bits(stops);
+    if (stopBits != 0) {
+      const auto count = static_cast<std::uint32_t>(std::countr_zero(stopBits));
+      special |= Bits(escaped) & ((1U << count) - 1U);
+      return {p + count, special == 0};
+    }
+    special |= Bits(escaped);
+    p += 16;
+  }
+}
+
+/// Copies bytes from `from` to `to` while they are ASCII and neither CR nor a control that XML
+/// forbids; returns how many. Reads nothing at or after `end`.
+inline std::size_t CopyOrdinary(const char* from, const char* end, char* to) noexcept {
+  const char* const start = from;
+  while (end - from >= 16) {
+    const __m128i block = Load(from);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), block);
+    const __m128i below = _mm_cmplt_epi8(block, _mm_set1_epi8(' '));
+    const __m128i allowed = _mm_or_si128(Equal(block, '\n'), Equal(block, '\t'));
+    const std::uint32_t bits = Bits(_mm_andnot_si128(allowed, below));
+    if (bits != 0) return static_cast<std::size_t>(from - start) + std::countr_zero(bits);
+    from += 16;
+    to += 16;
+  }
+  while (from < end && (static_cast<signed char>(*from) >= ' ' || *from == '\n' || *from == '\t')) {
+    *to++ = *from++;
+  }
+  return static_cast<std::size_t>(from - start);
+}
+
+/// True when two names of `length` bytes are the same.
+inline bool SameBytes(const char* a, const char* b, std::uint32_t length) noexcept {
+  if (length > 16) return std::memcmp(a, b, length) == 0;
+  const std::uint32_t equal = Bits(_mm_cmpeq_epi8(Load(a), Load(b)));
+  const std::uint32_t wanted = (1U << length) - 1U;
+  return (equal & wanted) == wanted;
+}
+
+#else
+
+inline ShortName ScanShortName(const char* p) noexcept {
+  std::uint32_t length = 0;
+  while (length < 16 && IsAsciiNamePart(p[length])) ++length;
+  ShortName name;
+  const bool slow =
+      static_cast<signed char>(p[length]) < 0 || (length == 16 && IsAsciiNamePart(p[16]));
+  if (slow) return name;
+  name.length = length;
+  char bytes[16] = {};
+  std::memcpy(bytes, p, length);
+  std::memcpy(&name.key.low, bytes, 8);
+  std::memcpy(&name.key.high, bytes + 8, 8);
+  return name;
+}
+
+inline Stop ScanText(const char* p) noexcept {
+  bool plain = true;
+  while (*p != '<' && *p != '&' && *p != ']') {
+    plain = plain && *p != '>' && *p != '\n';
+    ++p;
+  }
+  return {p, plain};
+}
+
+inline Stop ScanAttributeValue(const char* p, char quote) noexcept {
+  bool plain = true;
+  while (*p != '<' && *p != '&' && *p != quote) {
+    plain = plain && *p != '>' && *p != '\n' && *p != '"';
+    ++p;
+  }
+  return {p, plain};
+}
+
+inline std::size_t CopyOrdinary(const char* from, const char* end, char* to) noexcept {
+  const char* const start = from;
+  while (from < end && (static_cast<signed char>(*from) >= ' ' || *from == '\n' || *from == '\t')) {
+    *to++ = *from++;
+  }
+  return static_cast<std::size_t>(from - start);
+}
+
+inline bool SameBytes(const char* a, const char* b, std::uint32_t length) noexcept {
+  return std::memcmp(a, b, length) == 0;
+}
+
+#endif
+
+}  // namespace kx::dom::scan
