@@ -4,13 +4,13 @@
 // This header is a value header: every folder, the lowest included, may include it.
 #pragma once
 
+#include "kxmessage/export.h"
+
 #include <cstdint>
 #include <exception>
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "kxmessage/export.h"
 
 namespace kx {
 
