@@ -24,6 +24,9 @@ namespace kx::runtime {
 [[nodiscard]] std::int32_t RoundToInteger(double value);
 [[nodiscard]] std::int16_t RoundToInteger16(double value);
 
+/// The same without raising: nothing when the result does not fit.
+[[nodiscard]] std::optional<std::int32_t> FindRounded(double value) noexcept;
+
 /// Sums and differences that raise 6 instead of wrapping round.
 [[nodiscard]] std::int16_t AddInteger16(std::int16_t a, std::int16_t b);
 [[nodiscard]] std::int16_t SubtractInteger16(std::int16_t a, std::int16_t b);
@@ -32,7 +35,19 @@ namespace kx::runtime {
 
 /// A text as a number by the number grammar. Raises: 13, 6.
 [[nodiscard]] double TextToNumber(std::string_view text);
+/// The same as 32 bits, rounded half to even. Hexadecimal is taken by its bits: "&HFFFFFFFF" is -1.
 [[nodiscard]] std::int32_t TextToInteger(std::string_view text);
+
+/// The same with 16 bits: "&HFFFF" is -1 there.
+[[nodiscard]] std::int16_t TextToInteger16(std::string_view text);
+[[nodiscard]] Currency TextToCurrency(std::string_view text);
+
+/// `value`, or the default value of the object that it refers to. Raises: 91 for nothing, 438 for
+/// an object without default value.
+[[nodiscard]] Variant ScalarOf(const Variant& value);
+
+/// The same without raising: nothing where ScalarOf raises.
+[[nodiscard]] std::optional<Variant> FindScalar(const Variant& value);
 
 /// True for empty, boolean and every numeric type, for a text that is a number as a whole, and for
 /// an object whose default value is so; false for everything else. Raises nothing.
@@ -47,8 +62,8 @@ namespace kx::runtime {
 /// Raises: 13 when the text is no date.
 [[nodiscard]] Date TextToDate(std::string_view text);
 
-/// `value` as a date by `pattern` (see text::FormatDatePattern); "" for Null. Raises: 13, 6; 5 for
-/// a pattern with other letters.
+/// `value` as a date by `pattern` (see text::FormatDatePattern); "" for Null, and a text that is no
+/// date as it is. Raises: 13, 6; 5 for a pattern with other letters.
 [[nodiscard]] std::string FormatDateTime(const Variant& value,
                                          std::string_view pattern = "yyyy-mm-dd hh:nn:ss");
 

@@ -1,0 +1,10 @@
+#include "platform/runtime/counted.h"
+
+namespace kx::runtime {
+
+std::atomic<std::size_t>& LiveObject::Count() noexcept {
+  static std::atomic<std::size_t> count{0};
+  return count;
+}
+
+}  // namespace kx::runtime
