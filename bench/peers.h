@@ -1,0 +1,56 @@
+// The peers' programs, one file each. All take UTF-8 text from memory and report failure by
+// throwing std::runtime_error: a peer that refuses an input must not look fast.
+#pragma once
+
+#include "contest.h"
+
+#include <memory>
+#include <string_view>
+
+namespace kx::bench {
+
+/// Loading into the peer's tree, freeing included.
+std::unique_ptr<Task> PugixmlParse(const Workload& workload);
+std::unique_ptr<Task> Libxml2Parse(const Workload& workload);
+std::unique_ptr<Task> XercesParse(const Workload& workload);
+/// Reading with handlers that do nothing: no tree.
+std::unique_ptr<Task> ExpatParse(const Workload& workload);
+
+/// Writing a loaded document to UTF-8 in memory.
+std::unique_ptr<Task> PugixmlSerialise(const Workload& workload);
+std::unique_ptr<Task> Libxml2Serialise(const Workload& workload);
+
+/// A deep copy of a loaded document, freed again.
+std::unique_ptr<Task> PugixmlCopy(const Workload& workload);
+std::unique_ptr<Task> Libxml2Copy(const Workload& workload);
+
+/// The root and all below it: Run() returns the sum that WalkSum describes.
+std::unique_ptr<Task> PugixmlWalk(const Workload& workload);
+std::unique_ptr<Task> Libxml2Walk(const Workload& workload);
+
+/// A document that lives as long as the object.
+class LoadedTree {
+ public:
+  LoadedTree() = default;
+  virtual ~LoadedTree() = default;
+  LoadedTree(const LoadedTree&) = delete;
+  LoadedTree& operator=(const LoadedTree&) = delete;
+};
+std::unique_ptr<LoadedTree> LoadOurs(std::string_view text);
+std::unique_ptr<LoadedTree> PugixmlLoad(std::string_view text);
+std::unique_ptr<LoadedTree> Libxml2Load(std::string_view text);
+
+/// What a walk adds up, so that everything is touched: one for every element, text and attribute
+/// (declarations of namespaces are attributes), and the first byte of every name of an attribute,
+/// of every value and of every text.
+class WalkSum {
+ public:
+  void AddNode() noexcept { ++sum_; }
+  void AddByte(char first) noexcept { sum_ += static_cast<unsigned char>(first); }
+  [[nodiscard]] std::uint64_t Value() const noexcept { return sum_; }
+
+ private:
+  std::uint64_t sum_ = 0;
+};
+
+}  // namespace kx::bench

@@ -1,0 +1,14 @@
+// The rows of the table, by what they measure. To add one: write the library's task and the
+// peers', and append a Row to a list here.
+#pragma once
+
+#include "contest.h"
+
+#include <vector>
+
+namespace kx::bench {
+
+/// Rows of the document object model: parse, serialise, copy, walk.
+std::vector<Row> DomRows();
+
+}  // namespace kx::bench
