@@ -20,7 +20,6 @@ constexpr std::uint8_t kDead = 2;
 }  // namespace
 
 DocumentData::DocumentData(DocumentImpl* owner) : owner_(owner) {
-  nodes_.Reserve(16);
   nodes_.Append(NodeRecord{});  // kNoNode
   NodeRecord document{};
   document.type = NodeType::kDocument;

@@ -139,7 +139,7 @@ class DocumentData {
   std::size_t ExtendText(std::size_t bytes);
   [[nodiscard]] char* Text() noexcept { return text_.get(); }
   [[nodiscard]] TextHeap& Heap() noexcept { return heap_; }
-  PlainArray<NodeRecord>& Nodes() noexcept { return nodes_; }
+  PlainArray<NodeRecord, 4>& Nodes() noexcept { return nodes_; }
 
  private:
   struct FreeText {
@@ -168,7 +168,7 @@ class DocumentData {
   void ForgetMoved(NodeId id) noexcept;
   void ReleaseLast() noexcept;
 
-  PlainArray<NodeRecord> nodes_;
+  PlainArray<NodeRecord, 4> nodes_;  // an empty document needs no block
   std::unique_ptr<char, FreeText> text_;
   std::size_t textBytes_ = 0;     ///< used
   std::size_t textCapacity_ = 0;  ///< reserved

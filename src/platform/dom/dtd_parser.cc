@@ -596,6 +596,7 @@ const char* Parser::ParseDoctype(const char* p) {
   dtd_ = owned.get();
   data_.SetDocumentType(std::move(owned));
   const char* const end = DtdParser(*this, *dtd_, p + 9).ParseDeclaration();
+  EnsureNodeRoom(p);
   const NodeId node = AppendNode(NodeType::kDocumentType, names_.InternName(dtd_->name, kNoUri),
                                  kDocumentNode, lastTop_);
   SetRange(nodes_[node], p, end);

@@ -89,10 +89,25 @@ std::uint32_t NameTable::AddQName(std::string_view text, NameKey key, std::uint3
   entry.length = static_cast<std::uint32_t>(text.size());
   entry.prefixLength = prefixLength;
   if (prefixLength != 0) entry.prefix = InternQName(text.substr(0, prefixLength));
+  return AppendQName(entry, hash);
+}
+
+std::uint32_t NameTable::AddShortQName(const char* text, NameKey key, std::uint32_t length) {
+  const std::uint32_t begin = characters_.Extend(length);
+  std::memcpy(characters_.data() + begin, text, length);
+  const std::uint32_t index = AppendQName(QName{}, Hash(key, length));
+  QName& entry = qnames_[index];
+  entry.key = key;
+  entry.begin = begin;
+  entry.length = length;
+  return index;
+}
+
+std::uint32_t NameTable::AppendQName(const QName& entry, std::uint32_t hash) {
   if (qnames_.size() >= slots_.size()) Rehash();
   std::uint32_t& slot = slots_[hash & (slots_.size() - 1)];
-  entry.hashNext = slot;
   const std::uint32_t index = qnames_.Append(entry);
+  qnames_[index].hashNext = slot;
   slot = index;
   return index;
 }
@@ -151,9 +166,8 @@ void NameTable::RehashNames() {
   }
 }
 
-NameId NameTable::InternName(std::uint32_t qname, UriId uri) {
+NameId NameTable::InternOtherName(std::uint32_t qname, UriId uri) {
   QName& entry = qnames_[qname];
-  if (entry.lastUri == uri) return entry.lastName;
   NameId name = FindName(entry, qname, uri);
   if (name == 0) {
     name = names_.Append(Name{qname, uri, entry.firstName, 0});

@@ -53,7 +53,12 @@ struct QName {
   UriId lastUri = 0xFFFFFFFFU;  ///< the namespace that lastName has
   NameId lastName = 0;          ///< the name used last
   NodeId attributeStamp = 0;    ///< the element that carried this as an attribute last
+  /// What came last after this name, and will probably come again: the first thing to compare.
+  std::uint32_t followers[3] = {0, 0, 0};
 };
+
+/// Which follower of a name is meant.
+enum Follower : unsigned { kFirstChildName, kNextSiblingName, kNextAttributeName };
 
 /// An array of plain values that grows by reallocation and is copied as one block. The first
 /// `kInline` values need no block of their own.
@@ -85,6 +90,8 @@ class PlainArray {
     size_ += count;
     return index;
   }
+  /// The same for one value where there is room already.
+  std::uint32_t ExtendReserved() noexcept { return size_++; }
   std::uint32_t Append(const T& value) {
     const std::uint32_t index = Extend(1);
     data_[index] = value;
@@ -119,11 +126,17 @@ class NameTable {
   std::uint32_t InternQName(std::string_view text);
   /// The same for a name of at most 16 bytes whose key is known already.
   [[nodiscard]] std::uint32_t FindShortQName(NameKey key, std::uint32_t length) const noexcept;
+  /// Adds a qualified name of at most 16 bytes that FindShortQName does not know and that has no
+  /// colon; `text` holds its bytes.
+  std::uint32_t AddShortQName(const char* text, NameKey key, std::uint32_t length);
   /// The qualified name `text`, or 0 when no node of the document ever had it.
   [[nodiscard]] std::uint32_t FindQName(std::string_view text) const noexcept;
 
   /// The name made of a qualified name and a namespace, added when it is new.
-  NameId InternName(std::uint32_t qname, UriId uri);
+  NameId InternName(std::uint32_t qname, UriId uri) {
+    const QName& entry = qnames_[qname];
+    return entry.lastUri == uri ? entry.lastName : InternOtherName(qname, uri);
+  }
   NameId InternName(std::string_view qname, UriId uri) {
     return InternName(InternQName(qname), uri);
   }
@@ -184,17 +197,20 @@ class NameTable {
   static std::uint64_t MultiplyFold(std::uint64_t a, std::uint64_t b) noexcept;
   [[nodiscard]] std::uint32_t HashText(std::string_view text) const noexcept;
   [[nodiscard]] std::uint32_t HashName(std::uint32_t qname, UriId uri) const noexcept;
+  NameId InternOtherName(std::uint32_t qname, UriId uri);
+  std::uint32_t AppendQName(const QName& entry, std::uint32_t hash);
   NameId FindName(const QName& entry, std::uint32_t qname, UriId uri);
   void RehashNames();
   std::uint32_t AddQName(std::string_view text, NameKey key, std::uint32_t hash);
   std::uint32_t AddCharacters(std::string_view text);
   void Rehash();
 
-  PlainArray<QName> qnames_;
-  PlainArray<Name> names_;
-  PlainArray<Uri> uris_;
-  PlainArray<char> characters_;
-  PlainArray<std::uint32_t> slots_;      // qualified names by hash; 0 is empty
+  // The inline room is what a small message needs, so that its names cost no allocation.
+  PlainArray<QName, 36> qnames_;
+  PlainArray<Name, 36> names_;
+  PlainArray<Uri, 6> uris_;
+  PlainArray<char, 320> characters_;
+  PlainArray<std::uint32_t, 64> slots_;  // qualified names by hash; 0 is empty
   PlainArray<std::uint32_t> uriSlots_;   // made when there are more than a few URIs
   PlainArray<std::uint32_t> nameSlots_;  // made when one qualified name is in many namespaces
   NameKey seeds_;

@@ -84,22 +84,8 @@ void Parser::SetRange(NodeRecord& record, const char* begin, const char* end) co
   record.textLength = static_cast<std::uint32_t>(end - begin);
 }
 
-NodeId Parser::AppendNode(NodeType type, NameId name, NodeId parent, NodeId& last) {
-  const NodeId id = nodes_.Extend(1);
-  NodeRecord& record = nodes_[id];
-  record = NodeRecord{};
-  record.parent = parent;
-  record.prev = last;
-  record.name = name;
-  record.type = type;
-  (last != kNoNode ? nodes_[last].next : nodes_[parent].first) = id;
-  last = id;
-  return id;
-}
-
 bool Parser::IsDroppedSpace(const char* begin, const char* end, NodeId parent) const {
-  return options_.whiteSpace == WhiteSpace::kDropBetweenElements && SkipSpace(begin) >= end &&
-         (nodes_[parent].flags & kPreserveSpace) == 0;
+  return dropSpace_ && SkipSpace(begin) >= end && (nodes_[parent].flags & kPreserveSpace) == 0;
 }
 
 void Parser::AppendTextNode(const char* begin, const char* end, bool plain, NodeId parent,
@@ -175,6 +161,7 @@ const char* Parser::ParsePseudoAttribute(const char* p, NodeId node, std::string
   while (*close != quote && *close != '<' && *close != '>') ++close;
   if (*close != quote) FailUnlessEnd(ParseCode::kUnclosedQuote, close, ParseCode::kUnclosedString);
   value = {p + 1, static_cast<std::size_t>(close - p - 1)};
+  EnsureNodeRoom(p);
   NodeRecord& record = nodes_[AppendAttribute(node, names_.InternName(name, kNoUri), last)];
   SetRange(record, p + 1, close);
   if (!value.empty()) record.flags |= kInlineText;
@@ -187,6 +174,7 @@ const char* Parser::ParsePseudoAttribute(const char* p, NodeId node, std::string
 
 const char* Parser::ParseXmlDeclaration(const char* p) {
   const char* const data = SkipSpace(p + 5);
+  EnsureNodeRoom(p);
   const NodeId node = AppendNode(NodeType::kProcessingInstruction,
                                  names_.InternName(kXmlQName, kNoUri), kDocumentNode, lastTop_);
   constexpr std::string_view kNames[] = {"version", "encoding", "standalone"};
@@ -244,30 +232,39 @@ void Parser::CheckNewName(const char* begin, const char* end) const {
   if (second != nullptr) Fail(ParseCode::kMultipleColons, second);
 }
 
-// The element name at `p`, which is not among the short names known so far.
-const char* Parser::ParseStartName(const char* p, std::uint32_t& qname) {
-  const char* const end = SkipName(p);
-  if (end == p) FailName(p, ParseCode::kUnexpectedEnd);
-  const std::string_view name(p, static_cast<std::size_t>(end - p));
-  qname = names_.FindQName(name);
+const char* Parser::ParseOtherName(const char* p, std::uint32_t context, Follower follower,
+                                   std::uint32_t& qname) {
+  const scan::ShortName shortName = scan::ScanShortName(p);
+  const char* after = p + shortName.length;
+  qname = shortName.length != 0 ? names_.FindShortQName(shortName.key, shortName.length) : 0;
+  if (qname == 0 && shortName.length != 0 && scan::IsPlainName(p, shortName.length)) {
+    qname = names_.AddShortQName(p, shortName.key, shortName.length);
+  }
   if (qname == 0) {
-    CheckNewName(p, end);
-    qname = names_.InternQName(name);
+    after = SkipName(p);
+    if (after == p) FailName(p, ParseCode::kUnclosedStartTag);
+    const std::string_view name(p, static_cast<std::size_t>(after - p));
+    qname = names_.FindQName(name);
+    if (qname == 0) {
+      CheckNewName(p, after);
+      qname = names_.InternQName(name);
+    }
   }
-  if (*end != '>' && *end != '/' && !IsSpace(*end)) {
-    FailUnlessEnd(ParseCode::kBadNameChar, end, ParseCode::kUnclosedStartTag);
-  }
-  return end;
+  names_.At(context).followers[follower] = qname;
+  return after;
 }
 
 const char* Parser::ParseContent(const char* p) {
   NodeId parent = kDocumentNode;
   NodeId last = lastTop_;
-  const bool dropSpace = options_.whiteSpace == WhiteSpace::kDropBetweenElements;
+  std::uint32_t context = 0;  // the name that the next start tag follows
+  Follower follower = kFirstChildName;
   while (true) {
     // `p` is at a '<' that is not the end.
     if (p[1] == '/') {
       p = ParseEndTag(p, parent);
+      context = names_.QNameOf(nodes_[parent].name);
+      follower = kNextSiblingName;
       CloseElement(parent);
       nodes_[parent].last = last;
       last = parent;
@@ -276,82 +273,88 @@ const char* Parser::ParseContent(const char* p) {
     } else if (p[1] == '!' || p[1] == '?') {
       p = ParseMarkup(p, parent, last);
     } else {
-      // A start tag.
       const char* const name = p + 1;
-      const scan::ShortName shortName = scan::ScanShortName(name);
-      std::uint32_t qname =
-          shortName.length != 0 ? names_.FindShortQName(shortName.key, shortName.length) : 0;
-      const char* after = name + shortName.length;
-      if (qname == 0) after = ParseStartName(name, qname);
+      std::uint32_t qname = 0;
+      const char* after = ParseName(name, context, follower, qname);
       EnsureNodeRoom(p);
       const NodeId id = AppendNode(NodeType::kElement, 0, parent, last);
       if (++depth_ > options_.maxDepth) Fail(ParseCode::kDepthExceeded, name);
-      if (dropSpace) nodes_[id].flags |= nodes_[parent].flags & kPreserveSpace;
+      if (dropSpace_) nodes_[id].flags |= nodes_[parent].flags & kPreserveSpace;
       const auto nameOffset = static_cast<std::uint32_t>(name - base_);
-      if (*after != '>') {
-        after = ParseAttributes(after, id, qname);
-      }
+      // A document type may supply attributes where none is written.
+      if (*after != '>' || dtd_ != nullptr) after = ParseAttributes(after, id, qname);
       NodeRecord& record = nodes_[id];
       record.name = ResolveElement(qname, after);
+      context = qname;
       if (*after == '/') {
         if (after[1] != '>') {
           FailUnlessEnd(ParseCode::kExpectedGreaterThan, after + 1, ParseCode::kUnclosedStartTag);
         }
         --depth_;
         if (id == topBinding_) PopBindings(id);
+        follower = kNextSiblingName;
         p = after + 2;
         if (parent == kDocumentNode) break;
       } else {
-        p = after + 1;
-        const scan::Stop stop = scan::ScanText(p);
-        const std::uint32_t length = names_.At(qname).length;
-        const char* const closing = stop.at + 2;
-        if (*stop.at == '<' && stop.at[1] == '/' && !dropSpace &&
-            scan::SameBytes(closing, base_ + nameOffset, length) && closing[length] == '>') {
-          // An element without child elements: its text stays in its own record.
-          if (stop.at != p) {
-            record.textBegin = static_cast<std::uint32_t>(p - base_);
-            record.textLength = static_cast<std::uint32_t>(stop.at - p);
-            record.flags |=
-                static_cast<std::uint8_t>(kInlineText | (stop.plain ? unsigned{kPlainText} : 0U));
-          }
-          CloseElement(id);
-          p = closing + length + 1;
+        p = ParseLeaf(after + 1, id, nameOffset);
+        if (p != nullptr) {
+          follower = kNextSiblingName;
           if (parent == kDocumentNode) break;
         } else {
+          p = after + 1;
           record.last = nameOffset;
+          follower = kFirstChildName;
           parent = id;
           last = kNoNode;
         }
       }
     }
-    // Text up to the next tag.
-    while (true) {
-      const scan::Stop stop = scan::ScanText(p);
-      if (*stop.at != '<') {
-        bool entered = false;
-        p = ParseText(p, stop, parent, last, entered);
-        if (entered) parent = frameNode_;
-        continue;
-      }
-      if (stop.at != p) {
-        EnsureNodeRoom(p);
-        AppendTextNode(p, stop.at, stop.plain, parent, last);
-      }
-      p = stop.at;
-      if (p != end_) break;
-      if (!InEntity() || parent != frameNode_) FailAtEnd(parent);
-      p = LeaveEntity(parent, last);
-    }
+    if (*p != '<' || p == end_) p = ParseTextRun(p, parent, last);
   }
   lastTop_ = last;
   return p;
 }
 
-void Parser::CloseElement(NodeId id) {
-  nodes_[id].flags |= kFullForm;
-  --depth_;
-  if (id == topBinding_) PopBindings(id);
+// An element without child elements keeps its text in its own record. Returns what follows its end
+// tag, or null when this is no such element.
+const char* Parser::ParseLeaf(const char* p, NodeId id, std::uint32_t nameOffset) {
+  const scan::Stop stop = scan::ScanText(p);
+  if (stop.at[0] != '<' || stop.at[1] != '/' || dropSpace_) return nullptr;
+  NodeRecord& record = nodes_[id];
+  const std::uint32_t length = names_.At(names_.QNameOf(record.name)).length;
+  const char* const closing = stop.at + 2;
+  if (!scan::SameBytes(closing, base_ + nameOffset, length) || closing[length] != '>') {
+    return nullptr;
+  }
+  if (stop.at != p) {
+    record.textBegin = static_cast<std::uint32_t>(p - base_);
+    record.textLength = static_cast<std::uint32_t>(stop.at - p);
+    record.flags = static_cast<std::uint8_t>(record.flags | kInlineText |
+                                             (stop.plain ? unsigned{kPlainText} : 0U));
+  }
+  CloseElement(id);
+  return closing + length + 1;
+}
+
+// Text up to the next tag of the document, through the ends of entities.
+const char* Parser::ParseTextRun(const char* p, NodeId& parent, NodeId& last) {
+  while (true) {
+    const scan::Stop stop = scan::ScanText(p);
+    if (*stop.at != '<') {
+      bool entered = false;
+      p = ParseText(p, stop, parent, last, entered);
+      if (entered) parent = frameNode_;
+      continue;
+    }
+    if (stop.at != p) {
+      EnsureNodeRoom(p);
+      AppendTextNode(p, stop.at, stop.plain, parent, last);
+    }
+    p = stop.at;
+    if (p != end_) return p;
+    if (!InEntity() || parent != frameNode_) FailAtEnd(parent);
+    p = LeaveEntity(parent, last);
+  }
 }
 
 const char* Parser::ParseEndTag(const char* p, NodeId parent) {
@@ -438,7 +441,6 @@ const char* Parser::ParseText(const char* p, scan::Stop stop, NodeId parent, Nod
 // Comments, CDATA sections, processing instructions ----------------------------------------------
 
 const char* Parser::ParseMarkup(const char* p, NodeId parent, NodeId& last) {
-  EnsureNodeRoom(p);
   if (p[1] == '?') return ParseProcessingInstruction(p, parent, last);
   if (p[2] == '-') {
     if (p[3] != '-') FailUnlessEnd(ParseCode::kCommentSyntax, p + 3, ParseCode::kUnexpectedEnd);
@@ -471,6 +473,7 @@ const char* Parser::ParseComment(const char* p, NodeId parent, NodeId& last) {
     ++at;
   }
   if (at[2] != '>') FailUnlessEnd(ParseCode::kCommentSyntax, at + 2, ParseCode::kUnclosedComment);
+  EnsureNodeRoom(p);
   SetRange(nodes_[AppendNode(NodeType::kComment, 0, parent, last)], begin, at);
   return at + 3;
 }
@@ -484,6 +487,7 @@ const char* Parser::ParseCData(const char* p, NodeId parent, NodeId& last) {
     if (at[1] == ']' && at[2] == '>') break;
     ++at;
   }
+  EnsureNodeRoom(p);
   SetRange(nodes_[AppendNode(NodeType::kCData, 0, parent, last)], begin, at);
   return at + 3;
 }
@@ -513,6 +517,7 @@ const char* Parser::ParseProcessingInstruction(const char* p, NodeId parent, Nod
     ++at;
   }
   const NameId interned = names_.InternName(name, kNoUri);
+  EnsureNodeRoom(p);
   SetRange(nodes_[AppendNode(NodeType::kProcessingInstruction, interned, parent, last)], begin, at);
   return at + 2;
 }

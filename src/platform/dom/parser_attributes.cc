@@ -11,34 +11,6 @@
 
 namespace kx::dom {
 
-NodeId Parser::AppendAttribute(NodeId element, NameId name, NodeId& last) {
-  const NodeId id = nodes_.Extend(1);
-  NodeRecord& record = nodes_[id];
-  record = NodeRecord{};
-  record.parent = element;
-  record.prev = last;
-  record.name = name;
-  record.type = NodeType::kAttribute;
-  (last != kNoNode ? nodes_[last].next : nodes_[element].firstAttribute) = id;
-  last = id;
-  return id;
-}
-
-const char* Parser::ParseAttributeName(const char* p, std::uint32_t& qname) {
-  const scan::ShortName shortName = scan::ScanShortName(p);
-  qname = shortName.length != 0 ? names_.FindShortQName(shortName.key, shortName.length) : 0;
-  if (qname != 0) return p + shortName.length;
-  const char* const end = SkipName(p);
-  if (end == p) FailName(p, ParseCode::kUnclosedStartTag);
-  const std::string_view name(p, static_cast<std::size_t>(end - p));
-  qname = names_.FindQName(name);
-  if (qname == 0) {
-    CheckNewName(p, end);
-    qname = names_.InternQName(name);
-  }
-  return end;
-}
-
 // `p` is after an attribute's name; returns where the opening quote stands.
 const char* Parser::ParseEquals(const char* p) {
   const char* at = SkipSpace(p);
@@ -58,13 +30,11 @@ const char* Parser::ParseEquals(const char* p) {
 const char* Parser::ParseAttributes(const char* p, NodeId element, std::uint32_t elementName) {
   NodeId last = kNoNode;
   bool prefixed = false;
-  const AttributeList* list = nullptr;
-  if (dtd_ != nullptr && !dtd_->attributes.empty()) {
-    const auto found = dtd_->attributes.find(std::string(names_.QNameText(elementName)));
-    if (found != dtd_->attributes.end()) list = &found->second;
-  }
+  const bool plainMode = dtd_ == nullptr && options_.attributeValues == AttributeValues::kAsWritten;
+  std::uint32_t context = elementName;
   while (*p != '>') {
-    const char* const name = SkipSpace(p);
+    const char* name = *p == ' ' ? p + 1 : p;
+    if (static_cast<unsigned char>(*name) <= ' ') name = SkipSpace(name);
     if (*name == '>' || *name == '/') {
       p = name;
       break;
@@ -74,33 +44,53 @@ const char* Parser::ParseAttributes(const char* p, NodeId element, std::uint32_t
                     ParseCode::kUnclosedStartTag);
     }
     std::uint32_t qname = 0;
-    p = ParseAttributeName(name, qname);
-    if (names_.At(qname).attributeStamp == element) Fail(ParseCode::kDuplicateAttribute, name);
-    names_.At(qname).attributeStamp = element;
+    p = ParseName(name, context, kNextAttributeName, qname);
+    context = qname;
+    QName& known = names_.At(qname);
+    if (known.attributeStamp == element) Fail(ParseCode::kDuplicateAttribute, name);
+    known.attributeStamp = element;
+    const bool special = known.prefixLength != 0 || qname == kXmlnsQName;
+    const NameId nameId = names_.InternName(qname, kNoUri);
     if (p[0] == '=' && (p[1] == '"' || p[1] == '\'')) {
       ++p;
     } else {
       p = ParseEquals(p);
     }
     EnsureNodeRoom(p);
-    const NodeId attribute = AppendAttribute(element, names_.InternName(qname, kNoUri), last);
-    const AttributeDeclaration* declaration =
-        list != nullptr ? list->Find(std::string(names_.QNameText(qname))) : nullptr;
-    if (declaration != nullptr && declaration->type == AttributeType::kId) {
-      nodes_[attribute].flags |= kIdAttribute;
-    }
-    if (options_.attributeValues == AttributeValues::kAsWritten) {
-      p = ParseValue(p, attribute);
+    const char* const begin = p + 1;
+    const scan::Stop stop = scan::ScanAttributeValue(begin, *p);
+    if (*stop.at == *p && plainMode) {
+      const auto length = static_cast<std::uint32_t>(stop.at - begin);
+      const unsigned flags =
+          (length != 0 ? unsigned{kInlineText} : 0U) | (stop.plain ? unsigned{kPlainText} : 0U);
+      AppendAttribute(element, nameId, last, static_cast<std::uint32_t>(begin - base_), length,
+                      static_cast<std::uint8_t>(flags));
+      if (length == 0) nodes_[last].first = kNoNode;
+      p = stop.at + 1;
     } else {
-      p = ParseNormalisedValue(
-          p, attribute, declaration != nullptr && declaration->type != AttributeType::kCData);
+      AppendAttribute(element, nameId, last);
+      p = ParseDeclaredValue(p, last, elementName, qname);
     }
-    if (qname == kXmlnsQName || names_.At(qname).prefixLength != 0) {
+    if (special) {
       prefixed = true;
-      NoteSpecialAttribute(element, attribute, qname, name);
+      NoteSpecialAttribute(element, last, qname, name);
     }
   }
-  if (list != nullptr) {
+  if (dtd_ != nullptr || prefixed) return FinishAttributes(p, element, elementName, last, prefixed);
+  if (last != kNoNode) nodes_[nodes_[element].firstAttribute].prev = last;
+  return p;
+}
+
+const AttributeList* Parser::FindAttributeList(std::uint32_t elementName) const {
+  if (dtd_ == nullptr || dtd_->attributes.empty()) return nullptr;
+  const auto found = dtd_->attributes.find(std::string(names_.QNameText(elementName)));
+  return found == dtd_->attributes.end() ? nullptr : &found->second;
+}
+
+// Attributes that the document type supplies, and the namespaces of all of them.
+const char* Parser::FinishAttributes(const char* p, NodeId element, std::uint32_t elementName,
+                                     NodeId last, bool prefixed) {
+  if (const AttributeList* list = FindAttributeList(elementName); list != nullptr) {
     AddDefaultAttributes(element, *list, last, p);
     prefixed = true;
   }
@@ -111,21 +101,25 @@ const char* Parser::ParseAttributes(const char* p, NodeId element, std::uint32_t
 
 // Values -----------------------------------------------------------------------------------------
 
-// `p` is at the opening quote; returns what follows the closing one.
-const char* Parser::ParseValue(const char* p, NodeId attribute) {
-  const char* const begin = p + 1;
-  const scan::Stop stop = scan::ScanAttributeValue(begin, *p);
-  if (*stop.at != *p) return ParseSlowValue(p, stop.at, attribute);
-  if (stop.at == begin) return stop.at + 1;
-  NodeRecord& record = nodes_[attribute];
-  record.textBegin = static_cast<std::uint32_t>(begin - base_);
-  record.textLength = static_cast<std::uint32_t>(stop.at - begin);
-  record.flags |= static_cast<std::uint8_t>(kInlineText | (stop.plain ? unsigned{kPlainText} : 0U));
-  return stop.at + 1;
+// A value with references, in a document with a document type, or in a conformance run.
+const char* Parser::ParseDeclaredValue(const char* p, NodeId attribute, std::uint32_t elementName,
+                                       std::uint32_t qname) {
+  const AttributeList* list = FindAttributeList(elementName);
+  const AttributeDeclaration* declaration =
+      list != nullptr ? list->Find(std::string(names_.QNameText(qname))) : nullptr;
+  if (declaration != nullptr && declaration->type == AttributeType::kId) {
+    nodes_[attribute].flags |= kIdAttribute;
+  }
+  if (options_.attributeValues == AttributeValues::kAsWritten) {
+    return ParseSlowValue(p, scan::ScanAttributeValue(p + 1, *p).at, attribute);
+  }
+  const bool tokens = declaration != nullptr && declaration->type != AttributeType::kCData;
+  return ParseNormalisedValue(p, attribute, tokens);
 }
 
-// A value with references: decoded in place. A reference to a declared entity makes the value a
-// list of texts and entity references.
+// A value decoded in place. `p` is at the opening quote, `from` at the first reference or the end;
+// returns what follows the closing quote. A reference to a declared entity makes the value a list
+// of texts and entity references.
 const char* Parser::ParseSlowValue(const char* p, const char* from, NodeId attribute) {
   const char quote = *p;
   const char* start = p + 1;

@@ -18,6 +18,7 @@
 #include "platform/dom/parse_error.h"
 #include "platform/dom/parser.h"
 #include "platform/dom/scan.h"
+#include "platform/dom/xml_names.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -39,7 +40,11 @@ struct ParseFailure {
 class Parser {
  public:
   Parser(DocumentData& data, const ParseOptions& options) noexcept
-      : data_(data), names_(data.Names()), nodes_(data.Nodes()), options_(options) {}
+      : data_(data),
+        names_(data.Names()),
+        nodes_(data.Nodes()),
+        options_(options),
+        dropSpace_(options.whiteSpace == WhiteSpace::kDropBetweenElements) {}
   Parser(const Parser&) = delete;
   Parser& operator=(const Parser&) = delete;
 
@@ -70,7 +75,21 @@ class Parser {
   const char* ParseMisc(const char* p, bool prolog);
   const char* ParseTopMarkup(const char* p, bool prolog);
   const char* ParseContent(const char* p);
-  const char* ParseStartName(const char* p, std::uint32_t& qname);
+  /// Finds the name at `p`, first as the one that followed `context` the last time. Returns what
+  /// follows it; which characters may stand there the caller checks.
+  const char* ParseName(const char* p, std::uint32_t context, Follower follower,
+                        std::uint32_t& qname) {
+    qname = names_.At(context).followers[follower];
+    const QName& guess = names_.At(qname);
+    const char* const after = p + guess.length;
+    if (qname != 0 && guess.length <= 16 && scan::StartsWithKey(p, guess.key, guess.length) &&
+        (*after == '>' || *after == '=' || *after == ' ' || *after == '/')) {
+      return after;
+    }
+    return ParseOtherName(p, context, follower, qname);
+  }
+  const char* ParseOtherName(const char* p, std::uint32_t context, Follower follower,
+                             std::uint32_t& qname);
   const char* ParseText(const char* p, scan::Stop stop, NodeId parent, NodeId& last, bool& entered);
   const char* ParseEndTag(const char* p, NodeId parent);
   const char* ParseMarkup(const char* p, NodeId parent, NodeId& last);
@@ -79,20 +98,65 @@ class Parser {
   const char* ParseProcessingInstruction(const char* p, NodeId parent, NodeId& last);
   void AppendTextNode(const char* begin, const char* end, bool plain, NodeId parent, NodeId& last);
   [[nodiscard]] bool IsDroppedSpace(const char* begin, const char* end, NodeId parent) const;
-  NodeId AppendNode(NodeType type, NameId name, NodeId parent, NodeId& last);
+  /// Appends a node after `last`, which it becomes. There is room: see EnsureNodeRoom.
+  NodeId AppendNode(NodeType type, NameId name, NodeId parent, NodeId& last) {
+    const NodeId id = nodes_.ExtendReserved();
+    NodeRecord* const nodes = nodes_.data();
+    NodeRecord record{};
+    record.parent = parent;
+    record.prev = last;
+    record.name = name;
+    record.type = type;
+    nodes[id] = record;
+    (last != kNoNode ? nodes[last].next : nodes[parent].first) = id;
+    last = id;
+    return id;
+  }
   void SetRange(NodeRecord& record, const char* begin, const char* end) const noexcept;
-  void CloseElement(NodeId id);
+  const char* ParseLeaf(const char* p, NodeId id, std::uint32_t nameOffset);
+  const char* ParseTextRun(const char* p, NodeId& parent, NodeId& last);
+  void CloseElement(NodeId id) {
+    nodes_[id].flags |= kFullForm;
+    --depth_;
+    if (id == topBinding_) PopBindings(id);
+  }
   [[noreturn]] void FailAtEnd(NodeId parent);
 
   // Attributes and namespaces: parser_attributes.cc
   const char* ParseAttributes(const char* p, NodeId element, std::uint32_t elementName);
-  const char* ParseAttributeName(const char* p, std::uint32_t& qname);
+  const char* FinishAttributes(const char* p, NodeId element, std::uint32_t elementName,
+                               NodeId last, bool prefixed);
+  [[nodiscard]] const AttributeList* FindAttributeList(std::uint32_t elementName) const;
   const char* ParseEquals(const char* p);
-  const char* ParseValue(const char* p, NodeId attribute);
+  const char* ParseDeclaredValue(const char* p, NodeId attribute, std::uint32_t elementName,
+                                 std::uint32_t qname);
   const char* ParseSlowValue(const char* p, const char* from, NodeId attribute);
   const char* ParseNormalisedValue(const char* p, NodeId attribute, bool tokens);
   void StoreValue(NodeId attribute, std::string_view text);
-  NodeId AppendAttribute(NodeId element, NameId name, NodeId& last);
+  /// As AppendNode, at the end of an element's attributes.
+  NodeId AppendAttribute(NodeId element, NameId name, NodeId& last) {
+    return AppendAttribute(element, name, last, 0, 0, 0);
+  }
+  /// The same with the value there already: a range of the parse buffer.
+  NodeId AppendAttribute(NodeId element, NameId name, NodeId& last, std::uint32_t textBegin,
+                         std::uint32_t textLength, std::uint8_t flags) {
+    const NodeId id = nodes_.ExtendReserved();
+    NodeRecord* const nodes = nodes_.data();
+    NodeRecord& record = nodes[id];
+    record.parent = element;
+    record.next = kNoNode;
+    record.prev = last;
+    record.textBegin = textBegin;
+    record.textLength = textLength;
+    record.firstAttribute = kNoNode;
+    record.name = name;
+    record.type = NodeType::kAttribute;
+    record.flags = flags;
+    record.holds = 0;
+    (last != kNoNode ? nodes[last].next : nodes[element].firstAttribute) = id;
+    last = id;
+    return id;
+  }
   void NoteSpecialAttribute(NodeId element, NodeId attribute, std::uint32_t qname,
                             const char* place);
   void DeclareNamespace(NodeId element, std::uint32_t qname, std::string_view uri,
@@ -110,7 +174,6 @@ class Parser {
   void CheckExpandedDuplicates(NodeId element, const char* place);
   void PopBindings(NodeId element) noexcept;
   void CheckNewName(const char* begin, const char* end) const;
-
   // References: parser_entities.cc
   const char* DecodeCharReference(const char* p, const char* end, char32_t& codePoint) const;
   const char* ParseEntityName(const char* p, const char* end, std::string& name) const;
@@ -148,8 +211,9 @@ class Parser {
 
   DocumentData& data_;
   NameTable& names_;
-  PlainArray<NodeRecord>& nodes_;
+  PlainArray<NodeRecord, 4>& nodes_;
   const ParseOptions& options_;
+  const bool dropSpace_;
   const char* base_ = nullptr;        // the parse buffer, which grows (and moves) with each entity
   const char* begin_ = nullptr;       // of the current frame
   const char* end_ = nullptr;         // of the current frame; a '<' stands there

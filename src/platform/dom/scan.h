@@ -79,6 +79,19 @@ inline ShortName ScanShortName(const char* p) noexcept {
   return name;
 }
 
+/// True when each of the `length` bytes (1 to 16) that ScanShortName found may stand in a name and
+/// none is a colon, and the first may begin one.
+inline bool IsPlainName(const char* p, std::uint32_t length) noexcept {
+  const __m128i block = Load(p);
+  const __m128i brackets = _mm_and_si128(_mm_cmpgt_epi8(block, _mm_set1_epi8('Z')),
+                                         _mm_cmplt_epi8(block, _mm_set1_epi8('_')));
+  const __m128i braces = _mm_cmpgt_epi8(block, _mm_set1_epi8('z'));
+  const __m128i others = _mm_or_si128(Equal(block, '`'), Equal(block, ':'));
+  const std::uint32_t bad = Bits(_mm_or_si128(_mm_or_si128(brackets, braces), others));
+  const bool start = (name_bits::kTable[static_cast<unsigned char>(*p)] & name_bits::kStart) != 0;
+  return start && (bad & ((1U << length) - 1U)) == 0;
+}
+
 /// The first '<', '&' or ']' at or after `p`. Not plain: '>', LF or CR stands before it.
 inline Stop ScanText(const char* p) noexcept {
   std::uint32_t special = 0;
@@ -89,9 +102,8 @@ inline Stop ScanText(const char* p) noexcept {
     const __m128i escaped = _mm_or_si128(Equal(block, '>'), Equal(block, '\n'));
     const std::uint32_t stopBits = Bits(stops);
     if (stopBits != 0) {
-      const auto count = static_cast<std::uint32_t>(std::countr_zero(stopBits));
-      special |= Bits(escaped) & ((1U << count) - 1U);
-      return {p + count, special == 0};
+      special |= Bits(escaped) & (stopBits - 1U) & ~stopBits;  // those before the stop
+      return {p + std::countr_zero(stopBits), special == 0};
     }
     special |= Bits(escaped);
     p += 16;
@@ -109,9 +121,8 @@ inline Stop ScanAttributeValue(const char* p, char quote) noexcept {
         _mm_or_si128(_mm_or_si128(Equal(block, '>'), Equal(block, '\n')), Equal(block, '"'));
     const std::uint32_t stopBits = Bits(stops);
     if (stopBits != 0) {
-      const auto count = static_cast<std::uint32_t>(std::countr_zero(stopBits));
-      special |= Bits(escaped) & ((1U << count) - 1U);
-      return {p + count, special == 0};
+      special |= Bits(escaped) & (stopBits - 1U) & ~stopBits;  // those before the stop
+      return {p + std::countr_zero(stopBits), special == 0};
     }
     special |= Bits(escaped);
     p += 16;
@@ -122,12 +133,23 @@ inline Stop ScanAttributeValue(const char* p, char quote) noexcept {
 /// forbids; returns how many. Reads nothing at or after `end`.
 inline std::size_t CopyOrdinary(const char* from, const char* end, char* to) noexcept {
   const char* const start = from;
+  const auto forbidden = [](__m128i block) {
+    const __m128i below = _mm_cmplt_epi8(block, _mm_set1_epi8(' '));
+    return _mm_andnot_si128(_mm_or_si128(Equal(block, '\n'), Equal(block, '\t')), below);
+  };
+  while (end - from >= 32) {
+    const __m128i first = Load(from);
+    const __m128i second = Load(from + 16);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), first);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), second);
+    if (Bits(_mm_or_si128(forbidden(first), forbidden(second))) != 0) break;
+    from += 32;
+    to += 32;
+  }
   while (end - from >= 16) {
     const __m128i block = Load(from);
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), block);
-    const __m128i below = _mm_cmplt_epi8(block, _mm_set1_epi8(' '));
-    const __m128i allowed = _mm_or_si128(Equal(block, '\n'), Equal(block, '\t'));
-    const std::uint32_t bits = Bits(_mm_andnot_si128(allowed, below));
+    const std::uint32_t bits = Bits(forbidden(block));
     if (bits != 0) return static_cast<std::size_t>(from - start) + std::countr_zero(bits);
     from += 16;
     to += 16;
@@ -141,12 +163,29 @@ inline std::size_t CopyOrdinary(const char* from, const char* end, char* to) noe
 /// True when two names of `length` bytes are the same.
 inline bool SameBytes(const char* a, const char* b, std::uint32_t length) noexcept {
   if (length > 16) return std::memcmp(a, b, length) == 0;
-  const std::uint32_t equal = Bits(_mm_cmpeq_epi8(Load(a), Load(b)));
-  const std::uint32_t wanted = (1U << length) - 1U;
-  return (equal & wanted) == wanted;
+  const std::uint32_t differ = ~Bits(_mm_cmpeq_epi8(Load(a), Load(b)));
+  return static_cast<std::uint32_t>(std::countr_zero(differ)) >= length;
+}
+
+/// True when the bytes at `p` begin with the `length` bytes (at most 16) that `key` holds.
+inline bool StartsWithKey(const char* p, const NameKey& key, std::uint32_t length) noexcept {
+  const __m128i keyBytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(&key));
+  const std::uint32_t differ = ~Bits(_mm_cmpeq_epi8(Load(p), keyBytes));
+  return static_cast<std::uint32_t>(std::countr_zero(differ)) >= length;
 }
 
 #else
+
+inline bool StartsWithKey(const char* p, const NameKey& key, std::uint32_t length) noexcept {
+  return std::memcmp(p, &key, length) == 0;
+}
+
+inline bool IsPlainName(const char* p, std::uint32_t length) noexcept {
+  for (std::uint32_t i = 0; i < length; ++i) {
+    if (!IsAsciiNamePart(p[i]) || p[i] == ':') return false;
+  }
+  return (name_bits::kTable[static_cast<unsigned char>(*p)] & name_bits::kStart) != 0;
+}
 
 inline ShortName ScanShortName(const char* p) noexcept {
   std::uint32_t length = 0;
