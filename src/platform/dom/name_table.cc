@@ -2,6 +2,7 @@
 #include "platform/dom/name_table.h"
 
 #include <algorithm>
+#include <bit>
 #include <chrono>
 #include <cstring>
 #include <new>
@@ -38,18 +39,29 @@ NameTable::NameTable() : seeds_(ProcessSeeds()) {
   uris_.Append(Uri{0, 0, 0});  // kEmptyUri
   const auto begin = AddCharacters(kXmlNamespace);
   uris_.Append(Uri{begin, static_cast<std::uint32_t>(kXmlNamespace.size()), 0});
-  InternQName("xmlns");
-  InternQName("xml");
+  AddShortQName(KeyOf("xmlns"), 5);
+  AddShortQName(KeyOf("xml"), 3);
   At(kXmlQName).binding = kXmlUri;
 }
 
 NameKey NameTable::KeyOf(std::string_view text) noexcept {
   NameKey key;
   const std::size_t size = std::min<std::size_t>(text.size(), 16);
-  char bytes[16] = {};
-  if (size != 0) std::memcpy(bytes, text.data(), size);
+  if (size >= 8) {
+    std::memcpy(&key.low, text.data(), 8);
+    if (size == 8) return key;
+    // The last eight bytes, without those that the first eight hold already.
+    std::memcpy(&key.high, text.data() + size - 8, 8);
+    if constexpr (std::endian::native == std::endian::little) {
+      key.high >>= 8 * (16 - size);
+    } else {
+      key.high <<= 8 * (16 - size);
+    }
+    return key;
+  }
+  char bytes[8] = {};
+  for (std::size_t i = 0; i < size; ++i) bytes[i] = text[i];
   std::memcpy(&key.low, bytes, 8);
-  std::memcpy(&key.high, bytes + 8, 8);
   return key;
 }
 
@@ -83,19 +95,24 @@ std::uint32_t NameTable::AddQName(std::string_view text, NameKey key, std::uint3
   const std::size_t colon = text.find(':');
   const std::uint32_t prefixLength =
       colon == std::string_view::npos ? 0 : static_cast<std::uint32_t>(colon);
-  QName entry;
+  const std::uint32_t begin = AddCharacters(text);
+  const std::uint32_t prefix =
+      prefixLength != 0 ? InternQName(QNameTextAt(begin, prefixLength)) : 0;
+  const std::uint32_t index = AppendQName(hash);
+  QName& entry = qnames_[index];
   entry.key = key;
-  entry.begin = AddCharacters(text);
+  entry.begin = begin;
   entry.length = static_cast<std::uint32_t>(text.size());
   entry.prefixLength = prefixLength;
-  if (prefixLength != 0) entry.prefix = InternQName(text.substr(0, prefixLength));
-  return AppendQName(entry, hash);
+  entry.prefix = prefix;
+  return index;
 }
 
-std::uint32_t NameTable::AddShortQName(const char* text, NameKey key, std::uint32_t length) {
-  const std::uint32_t begin = characters_.Extend(length);
-  std::memcpy(characters_.data() + begin, text, length);
-  const std::uint32_t index = AppendQName(QName{}, Hash(key, length));
+std::uint32_t NameTable::AddShortQName(NameKey key, std::uint32_t length) {
+  const std::uint32_t begin = characters_.Extend(16);  // the key is the name, padded
+  std::memcpy(characters_.data() + begin, &key, 16);
+  characters_.DropLast(16 - length);
+  const std::uint32_t index = AppendQName(Hash(key, length));
   QName& entry = qnames_[index];
   entry.key = key;
   entry.begin = begin;
@@ -103,10 +120,11 @@ std::uint32_t NameTable::AddShortQName(const char* text, NameKey key, std::uint3
   return index;
 }
 
-std::uint32_t NameTable::AppendQName(const QName& entry, std::uint32_t hash) {
+std::uint32_t NameTable::AppendQName(std::uint32_t hash) {
   if (qnames_.size() >= slots_.size()) Rehash();
   std::uint32_t& slot = slots_[hash & (slots_.size() - 1)];
-  const std::uint32_t index = qnames_.Append(entry);
+  const std::uint32_t index = qnames_.Extend(1);
+  qnames_[index] = QName{};
   qnames_[index].hashNext = slot;
   slot = index;
   return index;
@@ -168,7 +186,7 @@ void NameTable::RehashNames() {
 
 NameId NameTable::InternOtherName(std::uint32_t qname, UriId uri) {
   QName& entry = qnames_[qname];
-  NameId name = FindName(entry, qname, uri);
+  NameId name = entry.firstName == 0 ? 0 : FindName(entry, qname, uri);
   if (name == 0) {
     name = names_.Append(Name{qname, uri, entry.firstName, 0});
     entry.firstName = name;

@@ -92,6 +92,7 @@ class PlainArray {
   }
   /// The same for one value where there is room already.
   std::uint32_t ExtendReserved() noexcept { return size_++; }
+  void DropLast(std::uint32_t count) noexcept { size_ -= count; }
   std::uint32_t Append(const T& value) {
     const std::uint32_t index = Extend(1);
     data_[index] = value;
@@ -127,8 +128,8 @@ class NameTable {
   /// The same for a name of at most 16 bytes whose key is known already.
   [[nodiscard]] std::uint32_t FindShortQName(NameKey key, std::uint32_t length) const noexcept;
   /// Adds a qualified name of at most 16 bytes that FindShortQName does not know and that has no
-  /// colon; `text` holds its bytes.
-  std::uint32_t AddShortQName(const char* text, NameKey key, std::uint32_t length);
+  /// colon.
+  std::uint32_t AddShortQName(NameKey key, std::uint32_t length);
   /// The qualified name `text`, or 0 when no node of the document ever had it.
   [[nodiscard]] std::uint32_t FindQName(std::string_view text) const noexcept;
 
@@ -198,7 +199,11 @@ class NameTable {
   [[nodiscard]] std::uint32_t HashText(std::string_view text) const noexcept;
   [[nodiscard]] std::uint32_t HashName(std::uint32_t qname, UriId uri) const noexcept;
   NameId InternOtherName(std::uint32_t qname, UriId uri);
-  std::uint32_t AppendQName(const QName& entry, std::uint32_t hash);
+  std::uint32_t AppendQName(std::uint32_t hash);
+  [[nodiscard]] std::string_view QNameTextAt(std::uint32_t begin,
+                                             std::uint32_t length) const noexcept {
+    return {characters_.data() + begin, length};
+  }
   NameId FindName(const QName& entry, std::uint32_t qname, UriId uri);
   void RehashNames();
   std::uint32_t AddQName(std::string_view text, NameKey key, std::uint32_t hash);

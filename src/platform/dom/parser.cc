@@ -238,7 +238,7 @@ const char* Parser::ParseOtherName(const char* p, std::uint32_t context, Followe
   const char* after = p + shortName.length;
   qname = shortName.length != 0 ? names_.FindShortQName(shortName.key, shortName.length) : 0;
   if (qname == 0 && shortName.length != 0 && scan::IsPlainName(p, shortName.length)) {
-    qname = names_.AddShortQName(p, shortName.key, shortName.length);
+    qname = names_.AddShortQName(shortName.key, shortName.length);
   }
   if (qname == 0) {
     after = SkipName(p);

@@ -239,11 +239,13 @@ void Parser::NoteSpecialAttribute(NodeId element, NodeId attribute, std::uint32_
   if (declaration) {
     nodes_[attribute].flags |= kNamespaceDeclaration;
     nodes_[attribute].name = names_.InternName(qname, kEmptyUri);
-    DeclareNamespace(element, qname, Cursor(&data_, attribute).TextContent(), place);
-    return;
   }
-  if (names_.QNameText(qname) != "xml:space") return;
-  const std::string value = Cursor(&data_, attribute).TextContent();
+  const bool space = names_.At(qname).prefix == kXmlQName && names_.QNameText(qname) == "xml:space";
+  if (!declaration && !space) return;
+  const Cursor cursor(&data_, attribute);
+  const std::string joined = cursor.HasWholeText() ? std::string() : cursor.TextContent();
+  const std::string_view value = cursor.HasWholeText() ? cursor.OwnText() : joined;
+  if (declaration) return DeclareNamespace(element, qname, value, place);
   auto& flags = nodes_[element].flags;
   if (value == "preserve") {
     flags |= kPreserveSpace;
@@ -258,32 +260,33 @@ void Parser::DeclareNamespace(NodeId element, std::uint32_t qname, std::string_v
                               const char* place) {
   std::uint32_t prefix = 0;
   if (qname != kXmlnsQName) {
-    const std::string local(names_.QNameText(qname).substr(6));  // after "xmlns:"
+    const std::string_view local = names_.QNameText(qname).substr(6);  // after "xmlns:"
+    const bool reserved = text::EqualsAsciiCaseless(local.substr(0, 3), "xml");
     prefix = names_.InternQName(local);
     if (prefix == kXmlnsQName) Fail(ParseCode::kReservedNamespace, place, "xmlns");
     if (prefix == kXmlQName) {
       if (uri != kXmlNamespace) Fail(ParseCode::kReservedNamespace, place, "xml");
       return;
     }
-    if (text::EqualsAsciiCaseless(std::string_view(local).substr(0, 3), "xml")) {
-      Fail(ParseCode::kReservedPrefix, place);
-    }
+    if (reserved) Fail(ParseCode::kReservedPrefix, place);
     if (uri.empty()) Fail(ParseCode::kEmptyPrefixBinding, place);
   }
   if (uri == kXmlNamespace) Fail(ParseCode::kReservedNamespace, place, "xml");
   if (uri == kXmlnsNamespace) Fail(ParseCode::kReservedNamespace, place, "xmlns");
   const UriId bound = uri.empty() ? kNoUri : names_.InternUri(uri);
-  bindings_.push_back({element, prefix, names_.At(prefix).binding});
+  bindings_.Append({element, prefix, names_.At(prefix).binding});
   names_.At(prefix).binding = bound;
   topBinding_ = element;
 }
 
 void Parser::PopBindings(NodeId element) noexcept {
-  while (!bindings_.empty() && bindings_.back().element == element) {
-    names_.At(bindings_.back().prefix).binding = bindings_.back().former;
-    bindings_.pop_back();
+  std::uint32_t count = bindings_.size();
+  while (count != 0 && bindings_[count - 1].element == element) {
+    --count;
+    names_.At(bindings_[count].prefix).binding = bindings_[count].former;
   }
-  topBinding_ = bindings_.empty() ? kNoNode : bindings_.back().element;
+  bindings_.DropLast(bindings_.size() - count);
+  topBinding_ = count == 0 ? kNoNode : bindings_[count - 1].element;
 }
 
 NameId Parser::ResolveNewElement(std::uint32_t qname, UriId uri, const char* place) {

@@ -223,7 +223,7 @@ class Parser {
   NodeId lastTop_ = kNoNode;
   std::size_t expanded_ = 0;
   Dtd* dtd_ = nullptr;
-  std::vector<Binding> bindings_;
+  PlainArray<Binding, 8> bindings_;
   std::vector<Frame> frames_;
   std::size_t mainSize_ = 0;
 };

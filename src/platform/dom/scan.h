@@ -22,6 +22,15 @@ namespace kx::dom::scan {
 inline constexpr char kSentinel = '<';
 inline constexpr std::size_t kScanPadding = 32;
 
+/// The number of zero bits below the lowest set one of `bits`, which is not 0.
+inline std::uint32_t LowestBit(std::uint32_t bits) noexcept {
+#if defined(__GNUC__)
+  return static_cast<std::uint32_t>(__builtin_ctz(bits));
+#else
+  return static_cast<std::uint32_t>(std::countr_zero(bits));
+#endif
+}
+
 /// A name of at most 16 ASCII bytes: its key and length; length 0 when it is longer, not ASCII, or
 /// empty, and the slow way must decide. Whether the bytes are all name characters is only certain
 /// once the key has been found among the names that were checked before.
@@ -66,7 +75,7 @@ inline ShortName ScanShortName(const char* p) noexcept {
                                        _mm_cmplt_epi8(block, _mm_set1_epi8('A')));
   const __m128i ends = _mm_or_si128(_mm_or_si128(low, middle), Equal(block, '/'));
   const std::uint32_t bits = Bits(ends) | 0x10000U;
-  const auto length = static_cast<std::uint32_t>(std::countr_zero(bits));
+  const auto length = LowestBit(bits);
   ShortName name;
   std::memcpy(&name.key.low, p, 8);
   std::memcpy(&name.key.high, p + 8, 8);
@@ -103,7 +112,7 @@ inline Stop ScanText(const char* p) noexcept {
     const std::uint32_t stopBits = Bits(stops);
     if (stopBits != 0) {
       special |= Bits(escaped) & (stopBits - 1U) & ~stopBits;  // those before the stop
-      return {p + std::countr_zero(stopBits), special == 0};
+      return {p + LowestBit(stopBits), special == 0};
     }
     special |= Bits(escaped);
     p += 16;
@@ -122,7 +131,7 @@ inline Stop ScanAttributeValue(const char* p, char quote) noexcept {
     const std::uint32_t stopBits = Bits(stops);
     if (stopBits != 0) {
       special |= Bits(escaped) & (stopBits - 1U) & ~stopBits;  // those before the stop
-      return {p + std::countr_zero(stopBits), special == 0};
+      return {p + LowestBit(stopBits), special == 0};
     }
     special |= Bits(escaped);
     p += 16;
@@ -164,14 +173,14 @@ inline std::size_t CopyOrdinary(const char* from, const char* end, char* to) noe
 inline bool SameBytes(const char* a, const char* b, std::uint32_t length) noexcept {
   if (length > 16) return std::memcmp(a, b, length) == 0;
   const std::uint32_t differ = ~Bits(_mm_cmpeq_epi8(Load(a), Load(b)));
-  return static_cast<std::uint32_t>(std::countr_zero(differ)) >= length;
+  return LowestBit(differ) >= length;
 }
 
 /// True when the bytes at `p` begin with the `length` bytes (at most 16) that `key` holds.
 inline bool StartsWithKey(const char* p, const NameKey& key, std::uint32_t length) noexcept {
   const __m128i keyBytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(&key));
   const std::uint32_t differ = ~Bits(_mm_cmpeq_epi8(Load(p), keyBytes));
-  return static_cast<std::uint32_t>(std::countr_zero(differ)) >= length;
+  return LowestBit(differ) >= length;
 }
 
 #else
