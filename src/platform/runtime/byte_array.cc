@@ -1,3 +1,4 @@
+// Bounds are 32-bit and may lie anywhere, so every difference is taken in 64 bits.
 #include "platform/runtime/byte_array.h"
 
 #include "platform/runtime/error.h"

@@ -1,3 +1,5 @@
+// How the collection reads a look-up argument. Every failure here is the collection's own, whatever
+// other conversions would raise.
 #include "platform/runtime/collection.h"
 
 #include "platform/runtime/conversions.h"

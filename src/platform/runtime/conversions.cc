@@ -1,12 +1,11 @@
+// Numbers and dates out of texts and doubles, default values of objects, and keys. Texts go through
+// the grammar of text/number_text.h; whole numbers are rounded exactly, not by way of a double.
 #include "platform/runtime/conversions.h"
 
 #include "platform/runtime/error.h"
-#include "platform/text/code_page.h"
 #include "platform/text/date_text.h"
 #include "platform/text/number_text.h"
-#include "platform/text/unicode.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -84,165 +83,6 @@ Signed TextAs(std::string_view text) {
   return Fit<Signed>(number.negative ? -value : value);
 }
 
-// ---- Val ----------------------------------------------------------------------------------------
-
-// Reads the leading number; blanks, tabs and LF are invisible to it.
-class LeadingNumber {
- public:
-  explicit LeadingNumber(std::string_view text) : text_(text) {}
-
-  double Read() {
-    const bool negative = Peek() == '-';
-    if (negative || Peek() == '+') Take();
-    const double magnitude = Peek() == '&' ? ReadBits() : ReadDecimal();
-    return negative && magnitude != 0 ? -magnitude : magnitude;
-  }
-
- private:
-  [[nodiscard]] static bool IsInvisible(char c) { return c == ' ' || c == '\t' || c == '\n'; }
-
-  char Peek() {
-    while (at_ < text_.size() && IsInvisible(text_[at_])) ++at_;
-    return at_ < text_.size() ? text_[at_] : '\0';
-  }
-
-  char Take() {
-    const char c = Peek();
-    ++at_;
-    return c;
-  }
-
-  [[nodiscard]] bool AtDigit() { return text::IsAsciiDigit(static_cast<unsigned char>(Peek())); }
-
-  double ReadBits() {
-    Take();
-    const char letter = text::AsciiToUpper(Take());
-    if (letter != 'H' && letter != 'O') return 0;
-    const int base = letter == 'H' ? 16 : 8;
-    double exact = 0;
-    for (int digit = NextDigit(base); digit >= 0; digit = NextDigit(base)) {
-      exact = exact * base + digit;
-      Take();
-    }
-    if (!std::isfinite(exact)) RaiseRuntimeError(kOverflow);
-    return WithTypeOfBits(exact);
-  }
-
-  int NextDigit(int base) {
-    const int digit = text::HexDigitValue(static_cast<unsigned char>(Peek()));
-    return digit < base ? digit : -1;
-  }
-
-  // Up to 16 bits are a signed 16-bit number unless "&" asks for 32, up to 32 a signed 32-bit one.
-  double WithTypeOfBits(double value) {
-    if (value >= 0x8000 && value <= 0xFFFF && Peek() != '&') return value - 0x10000;
-    if (value >= 0x80000000 && value <= 0xFFFFFFFF) return value - 4294967296.0;
-    return value;
-  }
-
-  double ReadDecimal() {
-    std::string digits;
-    bool pointSeen = false;
-    for (; AtDigit() || (Peek() == '.' && !pointSeen); digits.push_back(Take())) {
-      pointSeen = pointSeen || Peek() == '.';
-    }
-    if (digits.empty() || digits == ".") return 0;
-    const text::DecimalValue value = text::ReadDecimal(digits, ReadExponent());
-    if (value.status == text::DecimalStatus::kTooLarge) RaiseRuntimeError(kOverflow);
-    return value.value;
-  }
-
-  // 0 when the letter is not followed by digits.
-  std::int64_t ReadExponent() {
-    constexpr std::int64_t kLimit = 1'000'000'000'000;
-    const char letter = text::AsciiToUpper(Peek());
-    if (letter != 'E' && letter != 'D') return 0;
-    Take();
-    const bool negative = Peek() == '-';
-    if (negative || Peek() == '+') Take();
-    std::int64_t exponent = 0;
-    while (AtDigit()) exponent = std::min(exponent * 10 + (Take() - '0'), kLimit);
-    return negative ? -exponent : exponent;
-  }
-
-  std::string_view text_;
-  std::size_t at_ = 0;
-};
-
-// ---- Comparison ---------------------------------------------------------------------------------
-
-// Order of the UTF-16 units, which differs from that of the bytes above U+FFFF.
-std::weak_ordering CompareUnits(std::string_view a, std::string_view b) {
-  if (text::IsAscii(a) && text::IsAscii(b)) return a <=> b;
-  return text::ToUtf16(a) <=> text::ToUtf16(b);
-}
-
-std::weak_ordering CompareTexts(std::string_view a, std::string_view b, TextComparison comparison) {
-  if (comparison == TextComparison::kBinary) return CompareUnits(a, b);
-  return CompareUnits(text::UpperCase(a), text::UpperCase(b));
-}
-
-std::weak_ordering CompareNumberWithText(double number, const std::string& text) {
-  if (!text::IsNumberText(text)) return std::weak_ordering::less;
-  return std::weak_order(number, TextToNumber(text));
-}
-
-Variant GetComparable(const Variant& value) {
-  Variant scalar = ScalarOf(value);
-  if (scalar.IsBytes() || scalar.IsError()) RaiseRuntimeError(kTypeMismatch);
-  return scalar;
-}
-
-std::weak_ordering Reverse(std::weak_ordering order) {
-  return order < 0   ? std::weak_ordering::greater
-         : order > 0 ? std::weak_ordering::less
-                     : std::weak_ordering::equivalent;
-}
-
-// ---- Conversion by code -------------------------------------------------------------------------
-
-constexpr std::int32_t kUpperCase = 1;
-constexpr std::int32_t kLowerCase = 2;
-constexpr std::int32_t kProperCase = 3;
-constexpr std::int32_t kFromCodePage = 64;
-constexpr std::int32_t kToCodePage = 128;
-
-bool SeparatesWords(char32_t c) { return c == 0 || c == U' ' || (c >= U'\t' && c <= U'\r'); }
-
-std::string CapitaliseWords(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  bool atStart = true;
-  for (std::size_t offset = 0; offset < text.size();) {
-    const text::Utf8Char c = text::DecodeUtf8(text, offset);
-    text::AppendUtf8(out, atStart ? text::ToUpper(c.codePoint) : text::ToLower(c.codePoint));
-    atStart = SeparatesWords(c.codePoint);
-    offset += c.length;
-  }
-  return out;
-}
-
-std::string ConvertCase(std::string text, std::int32_t code) {
-  switch (code) {
-    case kUpperCase:
-      return text::UpperCase(text);
-    case kLowerCase:
-      return text::LowerCase(text);
-    case kProperCase:
-      return CapitaliseWords(text);
-    default:
-      return text;
-  }
-}
-
-Variant::Bytes BytesOf(const Variant& value) {
-  return value.IsBytes() ? *value.IfBytes() : TextToBytes(value.ToText());
-}
-
-std::string_view AsChars(const Variant::Bytes& bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 }  // namespace
 
 std::optional<std::int32_t> FindRounded(double value) noexcept {
@@ -314,8 +154,6 @@ bool IsNumeric(const Variant& value) {
   return scalar->IsEmpty() || scalar->IsBoolean() || scalar->IsNumber();
 }
 
-double Val(std::string_view text) { return LeadingNumber(text).Read(); }
-
 Date TextToDate(std::string_view text) {
   const std::optional<double> date = text::ParseDate(text);
   if (!date) RaiseRuntimeError(kTypeMismatch);
@@ -340,64 +178,6 @@ PositionOrName ReadKey(const Variant& key) {
   if (scalar.IsError()) RaiseRuntimeError(kTypeMismatch);
   if (IsNumeric(scalar)) return {scalar.ToNumber(), {}};
   return {std::nullopt, scalar.ToText()};
-}
-
-std::optional<std::weak_ordering> CompareValues(const Variant& a, const Variant& b,
-                                                TextComparison comparison) {
-  const Variant left = GetComparable(a);
-  const Variant right = GetComparable(b);
-  if (left.IsNull() || right.IsNull()) return std::nullopt;
-  const std::string* leftText = left.IfText();
-  const std::string* rightText = right.IfText();
-  const bool asTexts =
-      (leftText != nullptr || left.IsEmpty()) && (rightText != nullptr || right.IsEmpty());
-  if (asTexts) return CompareTexts(left.ToText(), right.ToText(), comparison);
-  if (rightText != nullptr) return CompareNumberWithText(left.ToNumber(), *rightText);
-  if (leftText != nullptr) return Reverse(CompareNumberWithText(right.ToNumber(), *leftText));
-  return std::weak_order(left.ToNumber(), right.ToNumber());
-}
-
-Variant::Bytes TextToBytes(std::string_view text) {
-  Variant::Bytes bytes;
-  bytes.reserve(text.size() * 2);
-  for (const char16_t unit : text::ToUtf16(text)) {
-    bytes.push_back(static_cast<std::uint8_t>(unit & 0xFF));
-    bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
-  }
-  return bytes;
-}
-
-std::string BytesToText(std::span<const std::uint8_t> bytes) {
-  std::u16string units;
-  units.reserve(bytes.size() / 2);
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    units.push_back(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
-  }
-  return text::ToUtf8(units);
-}
-
-std::string ToJoinedText(const Variant& value) {
-  const Variant scalar = ScalarOf(value);
-  return scalar.IsNull() ? std::string() : scalar.ToText();
-}
-
-Variant StrConv(const Variant& value, std::int32_t code) {
-  const std::int32_t direction = code & (kFromCodePage | kToCodePage);
-  const std::int32_t letterCase = code & ~direction;
-  const bool both = direction == (kFromCodePage | kToCodePage);
-  if (code == 0 || both || letterCase < 0 || letterCase > kProperCase) {
-    RaiseRuntimeError(kInvalidProcedureCall);
-  }
-  const Variant scalar = ScalarOf(value);
-  if (scalar.IsNull()) return scalar;
-  const text::CodePage page = text::Windows1252();
-  if (direction == kFromCodePage) {
-    return ConvertCase(page.Decode(AsChars(BytesOf(scalar))), letterCase);
-  }
-  std::string converted = ConvertCase(scalar.ToText(), letterCase);
-  if (direction == 0) return converted;
-  const std::string bytes = page.Encode(converted);
-  return Variant::Bytes(bytes.begin(), bytes.end());
 }
 
 }  // namespace kx::runtime

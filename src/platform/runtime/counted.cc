@@ -1,3 +1,4 @@
+// The process's count of live objects: it answers whether the component may be unloaded.
 #include "platform/runtime/counted.h"
 
 namespace kx::runtime {

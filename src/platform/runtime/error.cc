@@ -1,3 +1,5 @@
+// The two tables of run-time errors, texts by number and numbers by status code, and the only
+// places that throw them.
 #include "platform/runtime/error.h"
 
 #include <algorithm>

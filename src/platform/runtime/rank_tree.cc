@@ -1,3 +1,5 @@
+// The treap: insertion hangs a node on as a leaf and rotates it up, removal rotates it down. Every
+// loop follows one path between root and leaf; nothing recurses.
 #include "platform/runtime/rank_tree.h"
 
 namespace kx::runtime {

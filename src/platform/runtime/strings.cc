@@ -1,3 +1,5 @@
+// The string functions. Texts of ASCII, where a unit is a byte, are cut directly; others go through
+// UTF-16. Searches run on UTF-8, whose order of characters is the same.
 #include "platform/runtime/strings.h"
 
 #include "platform/runtime/error.h"

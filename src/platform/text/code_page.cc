@@ -1,3 +1,5 @@
+// The code pages at work. A page is of one of four kinds: a table for single bytes, UTF-8, UTF-16,
+// or an encoding of the host; every conversion chooses between them in that order.
 #include "platform/text/code_page.h"
 
 #include "platform/text/code_page_labels.h"

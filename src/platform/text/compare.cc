@@ -1,8 +1,13 @@
+// Caseless comparison walks both texts once, without copies; the hash walks the same characters, so
+// that equal texts hash alike.
 #include "platform/text/compare.h"
 
 #include "platform/text/unicode.h"
 
 #include <bit>
+#include <chrono>
+#include <exception>
+#include <functional>
 #include <random>
 
 namespace kx::text {

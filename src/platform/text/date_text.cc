@@ -1,3 +1,5 @@
+// The calendar, the two ways to write a date, and the reader of dates. Month names and the order of
+// month and day are English (United States) by rule, not by locale.
 #include "platform/text/date_text.h"
 
 #include "platform/text/number_text.h"

@@ -1,3 +1,5 @@
+// Writing goes through the shortest exact road, std::to_chars with a fixed number of digits;
+// reading takes a text apart first and computes afterwards. Every pass is linear in the text.
 #include "platform/text/number_text.h"
 
 #include "platform/text/unicode.h"

@@ -1,3 +1,6 @@
+// Decoding and encoding. All reading of UTF-8 goes through DecodeUtf8, all of UTF-16 through
+// DecodeUtf16, so that both treat ill-formed input alike everywhere; runs of ASCII are skipped
+// eight bytes at a time.
 #include "platform/text/unicode.h"
 
 #include "platform/text/case_tables.h"
