@@ -69,15 +69,15 @@ class KeyedCollection final : public PlainCounted {
   /// for an unknown key, and those of ReadCollectionIndex.
   [[nodiscard]] const Item& At(std::int32_t position) const { return FindAt(position)->item; }
   [[nodiscard]] const Item& Get(std::string_view key) const { return FindKey(key)->item; }
-  [[nodiscard]] const Item& Get(const Variant& index) const { return Locate(index)->item; }
+  [[nodiscard]] const Item& GetAny(const Variant& index) const { return Locate(index)->item; }
 
   /// The item under `key`, or null; raises nothing.
   [[nodiscard]] const Item* Find(std::string_view key) const noexcept;
 
   /// Take an item out. Raises as the look-ups.
   void RemoveAt(std::int32_t position) { Erase(FindAt(position)); }
-  void Remove(std::string_view key) { Erase(FindKey(key)); }
-  void Remove(const Variant& index) { Erase(Locate(index)); }
+  void RemoveKey(std::string_view key) { Erase(FindKey(key)); }
+  void RemoveAny(const Variant& index) { Erase(Locate(index)); }
   void Clear() noexcept;
 
   /// Begins before the first item. Sees items added behind it, skips items removed ahead of it.
