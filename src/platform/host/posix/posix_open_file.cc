@@ -32,10 +32,12 @@ class PipeSignalGuard {
     pthread_sigmask(SIG_BLOCK, &pipeSignal_, &before_);
   }
   ~PipeSignalGuard() {
+    const int error = errno;  // of the writing, which the caller still asks for
     const timespec noWait{0, 0};
     while (!wasPending_ && sigtimedwait(&pipeSignal_, nullptr, &noWait) < 0 && errno == EINTR) {
     }
     pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    errno = error;
   }
   PipeSignalGuard(const PipeSignalGuard&) = delete;
   PipeSignalGuard& operator=(const PipeSignalGuard&) = delete;
