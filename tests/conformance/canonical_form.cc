@@ -68,12 +68,12 @@ void AppendStartTag(const Cursor& element, std::string& out) {
   out += '>';
 }
 
-void AppendInstruction(const Cursor& instruction, std::string& out) {
-  if (instruction.QualifiedName() == "xml") return;  // the XML declaration
+void AppendInstruction(std::string_view target, std::string_view data, std::string& out) {
+  if (target == "xml") return;  // the XML declaration
   out += "<?";
-  out += instruction.QualifiedName();
+  out += target;
   out += ' ';
-  out += instruction.OwnText();
+  out += data;
   out += "?>";
 }
 
@@ -87,7 +87,7 @@ void Enter(const Cursor& node, std::string& out) {
       AppendDataCharacters(node.OwnText(), out);
       break;
     case NodeType::kProcessingInstruction:
-      AppendInstruction(node, out);
+      AppendInstruction(node.QualifiedName(), node.OwnText(), out);
       break;
     default:
       break;  // comments say nothing; what an entity stands for is below its reference
@@ -127,8 +127,11 @@ void AppendNotations(const dom::Dtd& dtd, std::string& out) {
 
 std::string CanonicalForm(const dom::DocumentData& document, Notations notations) {
   std::string out;
-  if (notations == Notations::kDeclare && document.DocumentType() != nullptr) {
-    AppendNotations(*document.DocumentType(), out);
+  if (const dom::Dtd* dtd = document.DocumentType(); dtd != nullptr) {
+    for (const dom::DtdInstruction& instruction : dtd->instructions) {
+      AppendInstruction(instruction.target, instruction.data, out);
+    }
+    if (notations == Notations::kDeclare) AppendNotations(*dtd, out);
   }
   WalkBelow(
       Cursor(&document, dom::kDocumentNode), [&out](const Cursor& node) { Enter(node, out); },

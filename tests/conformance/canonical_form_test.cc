@@ -27,6 +27,9 @@ constexpr FormCase kFormCases[] = {
      "entities are replaced"},
     {"<!DOCTYPE a [<!ENTITY e 'v'><!ATTLIST a d CDATA '&e;' t NMTOKENS #IMPLIED>]><a t=' x  y '/>",
      "<a d=\"v\" t=\"x y\"></a>", "defaults are supplied, tokens normalised"},
+    {"<!DOCTYPE a [<?q e?><!NOTATION n SYSTEM 's'>]><?p d?><a/>",
+     "<?q e?><!DOCTYPE a [\n<!NOTATION n SYSTEM 's'>\n]>\n<?p d?><a></a>",
+     "instructions of the document type come first"},
     {"<!DOCTYPE a [<!NOTATION z PUBLIC 'p'><!NOTATION n SYSTEM \"s\"><!NOTATION o PUBLIC 'p' 's'>]>"
      "<a/>",
      "<!DOCTYPE a [\n<!NOTATION n SYSTEM 's'>\n<!NOTATION o PUBLIC 'p' 's'>\n<!NOTATION z PUBLIC "

@@ -32,6 +32,7 @@ struct Outcome {
 Outcome Parse(const std::string& bytes) {
   dom::ParseOptions options;
   options.attributeValues = dom::AttributeValues::kNormalised;
+  options.undeclaredEntities = dom::UndeclaredEntities::kSkipWhereXmlAllows;
   dom::DocumentData document(nullptr);
   Outcome outcome;
   outcome.accepted = ParseBytes(document, bytes, options, outcome.error);

@@ -59,6 +59,12 @@ struct NotationDeclaration {
   bool hasSystemId = false;
 };
 
+/// A processing instruction of the internal subset; the DOM has no node for it.
+struct DtdInstruction {
+  std::string target;
+  std::string data;
+};
+
 struct Dtd {
   std::string name;
   std::string publicId;
@@ -67,11 +73,13 @@ struct Dtd {
   bool hasPublicId = false;
   /// Parameter entity references whose entity was not read: declarations may be missing.
   bool hasUnreadParts = false;
+  bool hasParameterReferences = false;
   std::unordered_map<std::string, EntityDeclaration> entities;
   std::unordered_map<std::string, EntityDeclaration> parameterEntities;
   std::unordered_map<std::string, AttributeList> attributes;  ///< by element type
   std::vector<std::string> entityOrder;                       ///< names in order of declaration
   std::vector<NotationDeclaration> notations;
+  std::vector<DtdInstruction> instructions;
 
   [[nodiscard]] EntityDeclaration* FindEntity(const std::string& entityName) {
     const auto found = entities.find(entityName);

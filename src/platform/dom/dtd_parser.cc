@@ -34,6 +34,9 @@ class DtdParser {
   // The innermost source is read through these.
   [[nodiscard]] const char*& P() { return sources_.back().p; }
   [[nodiscard]] bool AtEnd() { return P() >= sources_.back().end; }
+  // False after a parameter entity that was not read: it may have declared the same thing before
+  // (XML 1.0, 5.1).
+  [[nodiscard]] bool MayCount() const { return !dtd_.hasUnreadParts || parser_.standalone_; }
   [[noreturn]] void Fail(ParseCode code, std::string first = {});
   [[noreturn]] void FailUnlessEnd(ParseCode code, ParseCode atEnd);
   void SkipSpace() { P() = Parser::SkipSpace(P()); }
@@ -157,7 +160,7 @@ std::string DtdParser::NeedLiteral() {
       std::memchr(begin, quote, static_cast<std::size_t>(sources_.back().end - begin)));
   if (close == nullptr) {
     P() = sources_.back().end;
-    Fail(ParseCode::kUnclosedString);
+    Fail(ParseCode::kUnclosedQuote);
   }
   P() = close + 1;
   return {begin, close};
@@ -227,6 +230,7 @@ void DtdParser::ParseReference() {
   const std::string name = NeedNcName();
   if (*P() != ';') FailUnlessEnd(ParseCode::kMissingSemicolon, ParseCode::kUnclosedDeclaration);
   ++P();
+  dtd_.hasParameterReferences = true;
   const auto found = dtd_.parameterEntities.find(name);
   if (found == dtd_.parameterEntities.end()) {
     if (!dtd_.hasExternalSubset && !dtd_.hasUnreadParts) {
@@ -306,6 +310,8 @@ void DtdParser::ParseProcessingInstruction() {
     FailUnlessEnd(ParseCode::kBadNameChar, ParseCode::kUnclosedPi);
   }
   if (*P() == '?' && P()[1] != '>') Fail(ParseCode::kBadNameChar);
+  SkipSpace();
+  const char* const data = P();
   while (true) {
     const auto* question = static_cast<const char*>(
         std::memchr(P(), '?', static_cast<std::size_t>(sources_.back().end - P())));
@@ -316,6 +322,7 @@ void DtdParser::ParseProcessingInstruction() {
     P() = question + 1;
     if (*P() != '>') continue;
     ++P();
+    dtd_.instructions.push_back({target, {data, question}});
     return;
   }
 }
@@ -336,6 +343,9 @@ void DtdParser::ParseElement() {
       ParseChildren();
     }
   } else {
+    if (*P() != '%' && SkipName(P()) == P()) {
+      FailUnlessEnd(ParseCode::kBadCharInDeclaration, ParseCode::kUnclosedMarkupDeclaration);
+    }
     const std::string keyword = NeedName();
     if (keyword != "EMPTY" && keyword != "ANY") Fail(ParseCode::kBadCharInDeclaration);
   }
@@ -401,7 +411,9 @@ void DtdParser::ParseChildren() {
 // Attributes -------------------------------------------------------------------------------------
 
 void DtdParser::ParseAttlist() {
-  AttributeList& list = dtd_.attributes[NeedQName()];
+  AttributeList ignored;
+  const std::string element = NeedQName();
+  AttributeList& list = MayCount() ? dtd_.attributes[element] : ignored;
   while (true) {
     const bool spaced = Parser::IsSpace(*P());
     SkipSpace();
@@ -510,6 +522,7 @@ void DtdParser::ParseEntity() {
     entity.replacement = ParseEntityValue(NeedLiteral(), place);
   }
   NeedDeclarationEnd();
+  if (!MayCount()) return;
   auto& entities = parameter ? dtd_.parameterEntities : dtd_.entities;
   std::string name = entity.name;
   if (entities.emplace(name, std::move(entity)).second && !parameter) {

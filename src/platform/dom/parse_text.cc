@@ -197,7 +197,9 @@ bool ParseBytes(DocumentData& data, std::string_view bytes, const ParseOptions& 
   const auto page = text::FindCodePage(name, options.codec);
   if (!page) return FailDeclaration(error, ParseCode::kUnknownEncoding, bytes, name);
   if (IsUtf16(*page)) return FailDeclaration(error, ParseCode::kEncodingSwitch, bytes, name);
-  if (marked) return ParseDecoded(data, bytes, options, error, ParseCode::kNone);
+  if (marked && page->Number() != text::kCodePageUtf8) {
+    return FailDeclaration(error, ParseCode::kEncodingSwitch, bytes, name);
+  }
   const text::StrictDecoding decoded = page->DecodeStrict(bytes);
   ParseCode code = ParseCode::kNone;
   if (decoded.badOffset) code = ParseCode::kBadCharInText;

@@ -205,6 +205,7 @@ const char* Parser::ParseXmlDeclaration(const char* p) {
       }
     }
     if (index == 2 && value != "yes" && value != "no") Fail(ParseCode::kBadStandalone, place);
+    if (index == 2) standalone_ = value == "yes";
     next = index + 1;
     p = SkipSpace(p);
   }
@@ -448,9 +449,8 @@ const char* Parser::ParseMarkup(const char* p, NodeId parent, NodeId& last) {
   }
   if (p[2] == '[') {
     if (std::memcmp(p, "<![CDATA[", 9) == 0) return ParseCData(p, parent, last);
-    const char* const end = SkipName(p + 3);
-    if (std::string_view(p + 3, static_cast<std::size_t>(end - p - 3)) == "CDATA") {
-      FailUnlessEnd(ParseCode::kExpectedOpenBracket, end, ParseCode::kUnexpectedEnd);
+    if (std::memcmp(p, "<![CDATA", 8) == 0) {
+      FailUnlessEnd(ParseCode::kExpectedOpenBracket, p + 8, ParseCode::kUnexpectedEnd);
     }
     FailUnlessEnd(ParseCode::kBadDeclarationName, p + 3, ParseCode::kUnexpectedEnd);
   }

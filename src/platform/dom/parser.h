@@ -19,10 +19,17 @@ enum class AttributeValues : unsigned char {
   kNormalised,  ///< as XML 1.0, 3.3.3 asks, with the types of the DTD: for conformance runs
 };
 enum class WhiteSpace : unsigned char { kPreserve, kDropBetweenElements };
+/// What a reference does to an entity that is not declared, in a document whose declarations may
+/// be incomplete: an external subset or a parameter entity is named, and it is not standalone.
+enum class UndeclaredEntities : unsigned char {
+  kRefuse,              ///< a failure like any other: what callers of the DOM get
+  kSkipWhereXmlAllows,  ///< nothing (XML 1.0, 4.1, Entity Declared): for conformance runs
+};
 
 struct ParseOptions {
   WhiteSpace whiteSpace = WhiteSpace::kPreserve;
   AttributeValues attributeValues = AttributeValues::kAsWritten;
+  UndeclaredEntities undeclaredEntities = UndeclaredEntities::kRefuse;
   std::uint32_t maxDepth = 5000;                        ///< open elements at one time
   std::size_t maxBytes = std::size_t{128} << 20U;       ///< of text
   std::size_t maxEntityBytes = std::size_t{16} << 20U;  ///< that entities may expand to in all

@@ -183,6 +183,16 @@ void Parser::StoreValue(NodeId attribute, std::string_view text) {
   record.flags |= kHeapText | kInlineText;
 }
 
+// No blanks at either end, and single ones between.
+static std::string CollapseBlanks(std::string_view value) {
+  std::string collapsed;
+  for (const char c : value) {
+    if (c != ' ' || (!collapsed.empty() && collapsed.back() != ' ')) collapsed += c;
+  }
+  if (!collapsed.empty() && collapsed.back() == ' ') collapsed.pop_back();
+  return collapsed;
+}
+
 // As XML 1.0, 3.3.3 asks: white space becomes blanks; of a tokenized type, single ones between.
 const char* Parser::ParseNormalisedValue(const char* p, NodeId attribute, bool tokens) {
   const char* const begin = p + 1;
@@ -195,16 +205,17 @@ const char* Parser::ParseNormalisedValue(const char* p, NodeId attribute, bool t
   std::string value;
   ExpandValue({begin, static_cast<std::size_t>(close - begin)}, AttributeValues::kNormalised, value,
               begin);
-  if (tokens) {
-    std::string collapsed;
-    for (const char c : value) {
-      if (c != ' ' || (!collapsed.empty() && collapsed.back() != ' ')) collapsed += c;
-    }
-    if (!collapsed.empty() && collapsed.back() == ' ') collapsed.pop_back();
-    value = std::move(collapsed);
-  }
-  StoreValue(attribute, value);
+  StoreValue(attribute, tokens ? CollapseBlanks(value) : value);
   return close + 1;
+}
+
+// A short element can be supplied with many long attributes: what they take is bounded by the size
+// of the document, with room for what documents in use have, and by the bound of entities.
+void Parser::CountSupplied(std::size_t bytes, const char* place) {
+  supplied_ += bytes + sizeof(NodeRecord);
+  if (supplied_ > options_.maxEntityBytes && supplied_ / 32 > mainSize_) {
+    Fail(ParseCode::kTooLarge, place, std::to_string(options_.maxEntityBytes));
+  }
 }
 
 void Parser::AddDefaultAttributes(NodeId element, const AttributeList& list, NodeId& last,
@@ -219,6 +230,11 @@ void Parser::AddDefaultAttributes(NodeId element, const AttributeList& list, Nod
     names_.At(qname).attributeStamp = element;
     std::string value;
     ExpandValue(declaration.defaultLiteral, options_.attributeValues, value, place);
+    const bool tokens = declaration.type != AttributeType::kCData;
+    if (tokens && options_.attributeValues == AttributeValues::kNormalised) {
+      value = CollapseBlanks(value);
+    }
+    CountSupplied(value.size(), place);
     EnsureNodeRoom(place);
     const NodeId attribute = AppendAttribute(element, names_.InternName(qname, kNoUri), last);
     nodes_[attribute].flags |= kDefaulted;

@@ -63,11 +63,22 @@ char Parser::PredefinedEntity(std::string_view name) noexcept {
   return 0;
 }
 
-EntityDeclaration& Parser::FindEntity(const std::string& name, const char* place) const {
+bool Parser::MaySkipUndeclared() const noexcept {
+  return options_.undeclaredEntities == UndeclaredEntities::kSkipWhereXmlAllows &&
+         dtd_ != nullptr && !standalone_ &&
+         (dtd_->hasExternalSubset || dtd_->hasParameterReferences);
+}
+
+EntityDeclaration& Parser::FindEntity(const std::string& name, const char* place) {
   if (const std::size_t colon = name.find(':'); colon != std::string::npos) {
     Fail(ParseCode::kColonInName, place + colon);
   }
   EntityDeclaration* entity = dtd_ != nullptr ? dtd_->FindEntity(name) : nullptr;
+  if (entity == nullptr && MaySkipUndeclared()) {
+    skipped_ = EntityDeclaration{};
+    skipped_.name = name;
+    return skipped_;
+  }
   if (entity == nullptr) Fail(ParseCode::kUndefinedEntity, place, name);
   if (!entity->notation.empty()) Fail(ParseCode::kUnparsedEntityReference, place, name);
   if (entity->open) Fail(ParseCode::kEntityLoop, place, name);

@@ -161,6 +161,7 @@ class Parser {
                             const char* place);
   void DeclareNamespace(NodeId element, std::uint32_t qname, std::string_view uri,
                         const char* place);
+  void CountSupplied(std::size_t bytes, const char* place);
   void AddDefaultAttributes(NodeId element, const AttributeList& list, NodeId& last,
                             const char* place);
   void ResolveAttributes(NodeId element, const char* place);
@@ -178,7 +179,8 @@ class Parser {
   const char* DecodeCharReference(const char* p, const char* end, char32_t& codePoint) const;
   const char* ParseEntityName(const char* p, const char* end, std::string& name) const;
   static char PredefinedEntity(std::string_view name) noexcept;
-  EntityDeclaration& FindEntity(const std::string& name, const char* place) const;
+  EntityDeclaration& FindEntity(const std::string& name, const char* place);
+  [[nodiscard]] bool MaySkipUndeclared() const noexcept;
   const char* EnterEntity(const char* after, EntityDeclaration& entity, const char* place,
                           NodeId parent, NodeId& last);
   const char* LeaveEntity(NodeId& parent, NodeId& last);
@@ -222,6 +224,9 @@ class Parser {
   std::uint32_t depth_ = 0;
   NodeId lastTop_ = kNoNode;
   std::size_t expanded_ = 0;
+  std::size_t supplied_ = 0;  // what default attributes took that no element has written
+  bool standalone_ = false;
+  EntityDeclaration skipped_;  // stands for an undeclared entity that may be skipped
   Dtd* dtd_ = nullptr;
   PlainArray<Binding, 8> bindings_;
   std::vector<Frame> frames_;
