@@ -4,14 +4,12 @@
 #include "platform/dom/document_impl.h"
 #include "platform/dom/dtd.h"
 
-#include <cstring>
 #include <new>
 
 namespace kx::dom {
 
 namespace {
 
-constexpr std::uint16_t kMostHolds = 0xFFFF;
 constexpr std::uint32_t kLeastGarbage = 512;  // below this a collection is not worth the walk
 constexpr std::uint8_t kUnknown = 0;
 constexpr std::uint8_t kLive = 1;
@@ -19,14 +17,21 @@ constexpr std::uint8_t kDead = 2;
 
 }  // namespace
 
+// Versions of different contents never meet, so that a cache cannot take one for another.
 DocumentData::DocumentData(DocumentImpl* owner) : owner_(owner) {
+  static std::atomic<std::uint32_t> contents{0};
+  editVersion_ = std::uint64_t{contents.fetch_add(1, std::memory_order_relaxed)} << 32U;
   nodes_.Append(NodeRecord{});  // kNoNode
   NodeRecord document{};
   document.type = NodeType::kDocument;
   nodes_.Append(document);
 }
 
-DocumentData::~DocumentData() = default;
+DocumentData::~DocumentData() {
+  // Frozen content does not count the handles of single nodes: what they led to is let go here.
+  if (!moves_) return;
+  for (auto& entry : moves_->left) LeaveForward(std::move(entry.second));
+}
 
 NodeId DocumentData::DocumentElement() const noexcept {
   NodeId id = nodes_[kDocumentNode].first;
@@ -75,6 +80,7 @@ void DocumentData::InsertChild(NodeId parent, NodeId child, NodeId before) {
   NodeRecord& owner = nodes_[parent];
   NodeRecord& record = nodes_[child];
   const NodeId previous = before == kNoNode ? owner.last : nodes_[before].prev;
+  if (positions_) positions_->NoteInserted(ChildrenOf(parent), before, previous == kNoNode);
   record.parent = parent;
   record.prev = previous;
   record.next = before;
@@ -87,6 +93,9 @@ void DocumentData::InsertChild(NodeId parent, NodeId child, NodeId before) {
 void DocumentData::RemoveChild(NodeId child) {
   NodeRecord& record = nodes_[child];
   NodeRecord& owner = nodes_[record.parent];
+  if (positions_) {
+    positions_->NoteRemoved(ChildrenOf(record.parent), child, record.prev, record.next);
+  }
   (record.prev == kNoNode ? owner.first : nodes_[record.prev].next) = record.next;
   (record.next == kNoNode ? owner.last : nodes_[record.next].prev) = record.prev;
   record.parent = record.prev = record.next = kNoNode;
@@ -94,22 +103,22 @@ void DocumentData::RemoveChild(NodeId child) {
   ++detachedSinceCollect_;
 }
 
-void DocumentData::AppendAttribute(NodeId element, NodeId attribute) {
+// The first attribute's `prev` leads to the last one, so that appending is constant work.
+void DocumentData::InsertAttribute(NodeId element, NodeId attribute, NodeId before) {
   NodeRecord& record = nodes_[attribute];
-  NodeId last = nodes_[element].firstAttribute;
-  // The first attribute's `prev` leads to the last one, so that appending is constant work.
-  if (last == kNoNode) {
-    nodes_[element].firstAttribute = attribute;
+  const NodeId first = nodes_[element].firstAttribute;
+  if (positions_) positions_->NoteInserted(AttributesOf(element), before, before == first);
+  record.parent = element;
+  record.next = before;
+  if (first == kNoNode) {
     record.prev = attribute;
   } else {
-    const NodeId first = last;
-    last = nodes_[first].prev;
-    nodes_[last].next = attribute;
-    record.prev = last;
-    nodes_[first].prev = attribute;
+    NodeRecord& next = nodes_[before == kNoNode ? first : before];
+    record.prev = next.prev;
+    next.prev = attribute;
+    if (before != first) nodes_[record.prev].next = attribute;
   }
-  record.parent = element;
-  record.next = kNoNode;
+  if (before == first) nodes_[element].firstAttribute = attribute;
   idsInOrder_ = false;
   ++editVersion_;
 }
@@ -118,6 +127,10 @@ void DocumentData::RemoveAttribute(NodeId attribute) {
   NodeRecord& record = nodes_[attribute];
   NodeRecord& owner = nodes_[record.parent];
   const NodeId first = owner.firstAttribute;
+  if (positions_) {
+    positions_->NoteRemoved(AttributesOf(record.parent), attribute,
+                            attribute == first ? kNoNode : record.prev, record.next);
+  }
   if (attribute == first) {
     owner.firstAttribute = record.next;
     if (record.next != kNoNode) nodes_[record.next].prev = record.prev;
@@ -147,7 +160,10 @@ void DocumentData::SetOwnText(NodeId id, std::string_view text) {
   const std::uint32_t begin = store ? heap_.Store(text) : 0;
   NodeRecord& record = nodes_[id];
   FreeOwnText(record);
-  if (!data) ++editVersion_;
+  if (!data) {
+    ++editVersion_;
+    if (positions_) positions_->ForgetList(ChildrenOf(id));
+  }
   if (!store) return;
   record.textBegin = begin;
   record.textLength = static_cast<std::uint32_t>(text.size());
@@ -183,6 +199,7 @@ void DocumentData::RemoveChildren(NodeId id) {
     }
     record.first = record.last = kNoNode;
   }
+  if (positions_) positions_->ForgetList(ChildrenOf(id));
   ++editVersion_;
 }
 
@@ -211,195 +228,9 @@ std::size_t DocumentData::ExtendText(std::size_t bytes) {
 
 void DocumentData::SetDocumentType(std::unique_ptr<Dtd> dtd) { dtd_ = std::move(dtd); }
 
-// Copies -----------------------------------------------------------------------------------------
-
-NameId DocumentData::ImportName(const DocumentData& source, NameId name) {
-  if (&source == this || name == 0) return name;
-  if (importedNames_.size() <= name) importedNames_.resize(name + 1, 0);
-  if (importedNames_[name] == 0) {
-    const UriId uri = source.names_.UriOf(name);
-    const UriId here = uri <= kXmlUri ? uri : names_.InternUri(source.names_.UriText(uri));
-    importedNames_[name] = names_.InternName(source.names_.QualifiedText(name), here);
-  }
-  return importedNames_[name];
-}
-
-// A copy of one record and its attributes, without children.
-NodeId DocumentData::CopyRecord(const DocumentData& source, NodeId from) {
-  const NodeId copy = NewNode(source.nodes_[from].type, 0);
-  nodes_[copy].name = ImportName(source, source.nodes_[from].name);
-  const NodeRecord& original = source.nodes_[from];  // taken after NewNode: it may have grown
-  NodeRecord& record = nodes_[copy];
-  record.flags = original.flags & static_cast<std::uint8_t>(~kHeapText);
-  const bool hasText = (original.flags & kInlineText) != 0 || IsCharacterData(original.type);
-  if (hasText && original.textLength != 0) {
-    if (&source == this && (original.flags & kHeapText) == 0) {  // the parse buffer is never reused
-      record.textBegin = original.textBegin;
-    } else {
-      record.textBegin = heap_.Store(source.OwnText(from));
-      record.flags |= kHeapText;
-    }
-    record.textLength = original.textLength;
-  }
-  return copy;
-}
-
-void DocumentData::CopyAttributes(const DocumentData& source, NodeId from, NodeId copy) {
-  for (NodeId at = source.nodes_[from].firstAttribute; at != kNoNode; at = source.nodes_[at].next) {
-    const NodeId attribute = CopyRecord(source, at);
-    AppendAttribute(copy, attribute);
-    CopyChildren(source, at, attribute);  // texts and entity references: no attributes below
-  }
-}
-
-// Copies all that is below `from` to below `copy`, walking both trees in step.
-void DocumentData::CopyChildren(const DocumentData& source, NodeId from, NodeId copy) {
-  if (!source.HasLinkedChildren(from)) return;
-  NodeId at = source.nodes_[from].first;
-  while (true) {
-    const NodeId child = CopyRecord(source, at);
-    CopyAttributes(source, at, child);
-    InsertChild(copy, child, kNoNode);
-    if (source.HasLinkedChildren(at)) {
-      at = source.nodes_[at].first;
-      copy = child;
-      continue;
-    }
-    while (source.nodes_[at].next == kNoNode) {
-      at = source.nodes_[at].parent;
-      if (at == from) return;
-      copy = nodes_[copy].parent;
-    }
-    at = source.nodes_[at].next;
-  }
-}
-
-NodeId DocumentData::CopySubtree(const DocumentData& source, NodeId from, bool deep) {
-  importedNames_.clear();
-  ++collectPause_;  // the copy is detached and nobody holds it yet
-  const NodeId copy = CopyRecord(source, from);
-  CopyAttributes(source, from, copy);
-  const NodeType type = source.nodes_[from].type;
-  // The content of an attribute or entity reference is the node itself, whatever depth is asked.
-  if (deep || type == NodeType::kAttribute || type == NodeType::kEntityReference) {
-    CopyChildren(source, from, copy);
-  } else {
-    FreeInlineText(copy);
-  }
-  --collectPause_;
-  return copy;
-}
-
-void DocumentData::FreeInlineText(NodeId id) noexcept {
-  if ((nodes_[id].flags & kInlineText) != 0) FreeOwnText(nodes_[id]);
-}
-
-void DocumentData::CopyContent(const DocumentData& source) {
-  nodes_.CopyFrom(source.nodes_);
-  if (source.textBytes_ != 0) {
-    std::memcpy(ReserveText(source.textBytes_), source.text_.get(), source.textBytes_);
-  }
-  heap_.CopyFrom(source.heap_);
-  names_.CopyFrom(source.names_);
-  dtd_ = source.dtd_ ? std::make_unique<Dtd>(*source.dtd_) : nullptr;
-  firstFree_ = source.firstFree_;
-  freeNodes_ = source.freeNodes_;
-  detachedSinceCollect_ = source.detachedSinceCollect_;
-  idsInOrder_ = source.idsInOrder_;
-  if (source.handles_.load(std::memory_order_relaxed) != 0 || source.forwards_) DropHolds();
-}
-
-// The handles of the document that this was copied from are not ours.
-void DocumentData::DropHolds() noexcept {
-  for (NodeId id = kDocumentNode; id < nodes_.size(); ++id) {
-    nodes_[id].holds = 0;
-    if (nodes_[id].type == NodeType::kMoved) FreeNode(id);
-  }
-}
-
-// Moves between documents ------------------------------------------------------------------------
-
-void DocumentData::ForwardNode(DocumentData& source, NodeId from, NodeId to) {
-  NodeRecord& old = source.nodes_[from];
-  if (old.holds == 0) {
-    source.FreeNode(from);
-    return;
-  }
-  if (!source.forwards_) {
-    source.forwards_ = std::make_unique<std::unordered_map<NodeId, Forward>>();
-  }
-  source.forwards_->emplace(from, Forward{this, to});
-  Hold(to);
-  source.ClearNode(from);
-  old.type = NodeType::kMoved;
-}
-
-void DocumentData::ForwardAttributes(DocumentData& source, NodeId from, NodeId to) {
-  NodeId copy = nodes_[to].firstAttribute;
-  for (NodeId at = source.nodes_[from].firstAttribute; at != kNoNode;) {
-    const NodeId next = source.nodes_[at].next;
-    const NodeId nextCopy = nodes_[copy].next;
-    ForwardTree(source, at, copy);
-    at = next;
-    copy = nextCopy;
-  }
-}
-
-// Walks the old tree and its copy in step, children before their parent, so that a record is
-// given up only when nothing below it is needed any more.
-void DocumentData::ForwardTree(DocumentData& source, NodeId from, NodeId to) {
-  NodeId at = from;
-  NodeId copy = to;
-  while (true) {
-    while (source.HasLinkedChildren(at)) {
-      at = source.nodes_[at].first;
-      copy = nodes_[copy].first;
-    }
-    while (true) {
-      const NodeId next = source.nodes_[at].next;
-      const NodeId nextCopy = nodes_[copy].next;
-      const NodeId parent = source.nodes_[at].parent;
-      const NodeId parentCopy = nodes_[copy].parent;
-      const bool top = at == from;
-      ForwardAttributes(source, at, copy);
-      ForwardNode(source, at, copy);
-      if (top) return;
-      if (next != kNoNode) {
-        at = next;
-        copy = nextCopy;
-        break;
-      }
-      at = parent;
-      copy = parentCopy;
-    }
-  }
-}
-
-NodeId DocumentData::AdoptSubtree(DocumentData& source, NodeId id) {
-  const NodeId copy = CopySubtree(source, id, true);
-  ++collectPause_;
-  ForwardTree(source, id, copy);
-  --collectPause_;
-  ++source.editVersion_;
-  return copy;
-}
-
-Forward DocumentData::ForwardOf(NodeId id) const {
-  const auto found = forwards_->find(id);
-  return found->second;
-}
-
-void DocumentData::ForgetMoved(NodeId id) noexcept {
-  const auto found = forwards_->find(id);
-  const Forward forward = found->second;
-  forwards_->erase(found);
-  FreeNode(id);
-  forward.data->Release(forward.id);
-}
-
 // Handles ----------------------------------------------------------------------------------------
 
-void DocumentData::Hold(NodeId id) noexcept {
+void DocumentData::HoldSlowly(NodeId id) noexcept {
   if (frozen_) {
     if (handles_.fetch_add(1, std::memory_order_relaxed) == 0 && owner_ != nullptr) {
       owner_->AddRef();
@@ -409,18 +240,31 @@ void DocumentData::Hold(NodeId id) noexcept {
   const std::uint32_t handles = handles_.load(std::memory_order_relaxed);
   handles_.store(handles + 1, std::memory_order_relaxed);
   if (handles == 0 && owner_ != nullptr) owner_->AddRef();
-  if (nodes_[id].holds != kMostHolds) ++nodes_[id].holds;
+  if (nodes_[id].holds != kMostHolds) {
+    ++nodes_[id].holds;
+  } else {
+    ++MakeMoves().moreHolds[id];
+  }
 }
 
-void DocumentData::Release(NodeId id) noexcept {
+// True when it was the last one.
+bool DocumentData::DropHold(NodeId id) noexcept {
+  if (nodes_[id].holds == kMostHolds && moves_) {
+    const auto more = moves_->moreHolds.find(id);
+    if (more != moves_->moreHolds.end()) {
+      if (--more->second == 0) moves_->moreHolds.erase(more);
+      return false;
+    }
+  }
+  return --nodes_[id].holds == 0;
+}
+
+void DocumentData::ReleaseSlowly(NodeId id) noexcept {
   if (frozen_) {
     if (handles_.fetch_sub(1, std::memory_order_acq_rel) == 1) ReleaseLast();
     return;
   }
-  NodeRecord& record = nodes_[id];
-  if (record.holds != kMostHolds && --record.holds == 0 && record.type == NodeType::kMoved) {
-    ForgetMoved(id);
-  }
+  if (DropHold(id) && nodes_[id].type == NodeType::kMoved) ForgetMoved(id);
   const std::uint32_t handles = handles_.load(std::memory_order_relaxed) - 1;
   handles_.store(handles, std::memory_order_relaxed);
   if (handles == 0) ReleaseLast();
@@ -452,6 +296,7 @@ void DocumentData::ClearNode(NodeId id) noexcept {
   NodeRecord& record = nodes_[id];
   const bool hasText = (record.flags & kInlineText) != 0 || IsCharacterData(record.type);
   if (hasText) FreeOwnText(record);
+  if (positions_) positions_->Forget(id);
   const std::uint16_t holds = record.holds;
   record = NodeRecord{};
   record.holds = holds;

@@ -14,9 +14,11 @@
 //     on the document alone, atomically.
 #pragma once
 
+#include "platform/dom/child_positions.h"
 #include "platform/dom/name_table.h"
 #include "platform/dom/node_record.h"
 #include "platform/dom/text_heap.h"
+#include "platform/runtime/counted.h"
 
 #include <atomic>
 #include <cstddef>
@@ -37,6 +39,14 @@ struct Dtd;
 struct Forward {
   DocumentData* data;
   NodeId id;
+};
+
+/// A node that came from another document while handles named it there. All records that it left
+/// behind lead to this one object, however often it moves on; while there are any, it holds the
+/// node.
+struct MovedNode : runtime::PlainCounted {
+  explicit MovedNode(Forward place) noexcept : now(place) {}
+  Forward now;
 };
 
 /// What a document's storage takes, in numbers that depend on nothing but the edits made.
@@ -91,7 +101,11 @@ class DocumentData {
   /// Takes a child out of its parent; it becomes detached.
   void RemoveChild(NodeId child);
   /// Puts a detached attribute at the end of `element`'s attributes.
-  void AppendAttribute(NodeId element, NodeId attribute);
+  void AppendAttribute(NodeId element, NodeId attribute) {
+    InsertAttribute(element, attribute, kNoNode);
+  }
+  /// The same in front of the attribute `before`, unless that is kNoNode.
+  void InsertAttribute(NodeId element, NodeId attribute, NodeId before);
   void RemoveAttribute(NodeId attribute);
   /// Sets the text of character data, or makes `text` the inline text of an element or attribute
   /// that has no children. Empty text leaves an element or attribute without a text child.
@@ -117,9 +131,21 @@ class DocumentData {
   // Handles ------------------------------------------------------------------------------------
 
   /// Counts a handle of node `id` (which must have a record of its own unless frozen).
-  void Hold(NodeId id) noexcept;
+  void Hold(NodeId id) noexcept {
+    const std::uint32_t handles = handles_.load(std::memory_order_relaxed);
+    if (frozen_ || handles == 0 || nodes_[id].holds == kMostHolds) return HoldSlowly(id);
+    handles_.store(handles + 1, std::memory_order_relaxed);
+    ++nodes_[id].holds;
+  }
   /// Gives a handle back; may free the document.
-  void Release(NodeId id) noexcept;
+  void Release(NodeId id) noexcept {
+    const std::uint32_t handles = handles_.load(std::memory_order_relaxed);
+    if (frozen_ || handles == 1 || nodes_[id].holds == kMostHolds || nodes_[id].holds == 1) {
+      return ReleaseSlowly(id);
+    }
+    handles_.store(handles - 1, std::memory_order_relaxed);
+    --nodes_[id].holds;
+  }
   /// Where a node went whose record is of kind kMoved.
   [[nodiscard]] Forward ForwardOf(NodeId id) const;
   /// Frees every node that is detached and that no handle reaches.
@@ -127,6 +153,12 @@ class DocumentData {
   /// No edit from now on; reading is safe from many threads.
   void Freeze() noexcept { frozen_ = true; }
   [[nodiscard]] bool Frozen() const noexcept { return frozen_; }
+  /// Places in long lists of children and attributes; null for frozen content.
+  [[nodiscard]] ChildPositions* Positions() {
+    if (frozen_) return nullptr;
+    if (!positions_) positions_ = std::make_unique<ChildPositions>();
+    return positions_.get();
+  }
   /// For DocumentImpl: this is no longer the document's current content. Frees it when no handle
   /// is left.
   void Retire() noexcept;
@@ -151,22 +183,42 @@ class DocumentData {
     return (record.flags & kInlineText) == 0 && !IsCharacterData(record.type) &&
            record.first != kNoNode;
   }
+  void HoldSlowly(NodeId id) noexcept;
+  void ReleaseSlowly(NodeId id) noexcept;
+  [[nodiscard]] bool DropHold(NodeId id) noexcept;
   void FreeOwnText(NodeRecord& record) noexcept;
   void FreeInlineText(NodeId id) noexcept;
   void ClearNode(NodeId id) noexcept;
   void FreeNode(NodeId id) noexcept;
   void NoteDetached();
   void MarkLive(std::vector<std::uint8_t>& marks) const;
-  NodeId CopyRecord(const DocumentData& source, NodeId from);
-  void CopyAttributes(const DocumentData& source, NodeId from, NodeId copy);
-  void CopyChildren(const DocumentData& source, NodeId from, NodeId copy);
-  NameId ImportName(const DocumentData& source, NameId name);
+  class NameImport;
+  NodeId CopyRecord(NameImport& names, const DocumentData& source, NodeId from);
+  void CopyAttributes(NameImport& names, const DocumentData& source, NodeId from, NodeId copy);
+  void CopyChildren(NameImport& names, const DocumentData& source, NodeId from, NodeId copy);
   void DropHolds() noexcept;
   void ForwardNode(DocumentData& source, NodeId from, NodeId to);
   void ForwardAttributes(DocumentData& source, NodeId from, NodeId to);
   void ForwardTree(DocumentData& source, NodeId from, NodeId to);
   void ForgetMoved(NodeId id) noexcept;
+  static void LeaveForward(runtime::Counted<MovedNode> moved) noexcept;
   void ReleaseLast() noexcept;
+
+  static constexpr std::uint16_t kMostHolds = 0xFFFF;
+
+  /// What only a document has that handled nodes moved to or from, or handles without number.
+  struct Moves {
+    /// Where the nodes went whose records are of kind kMoved.
+    std::unordered_map<NodeId, runtime::Counted<MovedNode>> left;
+    /// The nodes here that records of other places lead to.
+    std::unordered_map<NodeId, MovedNode*> arrived;
+    /// Handles beyond the number that a record can count.
+    std::unordered_map<NodeId, std::uint32_t> moreHolds;
+  };
+  Moves& MakeMoves() {
+    if (!moves_) moves_ = std::make_unique<Moves>();
+    return *moves_;
+  }
 
   PlainArray<NodeRecord, 4> nodes_;  // an empty document needs no block
   std::unique_ptr<char, FreeText> text_;
@@ -185,8 +237,8 @@ class DocumentData {
   bool idsInOrder_ = true;
   bool frozen_ = false;
   bool current_ = true;
-  std::unique_ptr<std::unordered_map<NodeId, Forward>> forwards_;
-  std::vector<NameId> importedNames_;  // scratch of CopySubtree between two documents
+  std::unique_ptr<Moves> moves_;               // made by the first node that moves in or out held
+  std::unique_ptr<ChildPositions> positions_;  // made by the first list walked by position
 };
 
 }  // namespace kx::dom

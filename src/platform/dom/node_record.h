@@ -78,7 +78,7 @@ struct NodeRecord {
   NameId name;            ///< 0 for nodes without a name of their own
   NodeType type;
   std::uint8_t flags;
-  std::uint16_t holds;  ///< handles that name this node; stays at its maximum once reached
+  std::uint16_t holds;  ///< handles that name this node; the document counts those beyond 65535
 };
 static_assert(sizeof(NodeRecord) == 32 && std::is_trivially_copyable_v<NodeRecord>);
 
