@@ -10,6 +10,10 @@ target_compile_options(
   kx_build_options
   INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Wnon-virtual-dtor
             -Wimplicit-fallthrough)
+# GCC 12 sees overlapping copies in std::string's operator+ that are not there (GCC bug 105651).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(kx_build_options INTERFACE -Wno-restrict)
+endif()
 if(KX_SANITIZE)
   target_compile_options(kx_build_options INTERFACE -fsanitize=${KX_SANITIZE}
                                                     -fno-sanitize-recover=all -fno-omit-frame-pointer)
