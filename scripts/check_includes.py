@@ -52,6 +52,9 @@ VALUE_HEADERS = {
     "include/kxmessage/export.h",
 }
 
+# The published numbers of the library's own errors: for the object model, its ground included.
+ERROR_CODES = "include/kxmessage/error_codes.h"
+
 # The headers of the operating system and of other libraries, and the folders that own them.
 FOREIGN = [
     (re.compile(r"^(libxml|libxslt|libexslt)/"), ["platform/transforms"], "libxslt"),
@@ -154,6 +157,8 @@ def may_include(path, target):
     source_area, target_area = area_of(path), area_of(target)
     if target_area in visible_from(source_area):
         return True
+    if target == ERROR_CODES:
+        return not source_area.startswith("platform/")
     return (
         path.endswith(".cc")
         and source_area in OBJECT_FOLDERS
