@@ -169,9 +169,12 @@ inline std::size_t CopyOrdinary(const char* from, const char* end, char* to) noe
   return static_cast<std::size_t>(from - start);
 }
 
-/// True when two names of `length` bytes are the same.
+/// True when two names of `length` bytes are the same. Reads at most 16 bytes past where they
+/// differ.
 inline bool SameBytes(const char* a, const char* b, std::uint32_t length) noexcept {
-  if (length > 16) return std::memcmp(a, b, length) == 0;
+  for (; length > 16; length -= 16, a += 16, b += 16) {
+    if (Bits(_mm_cmpeq_epi8(Load(a), Load(b))) != 0xFFFFU) return false;
+  }
   const std::uint32_t differ = ~Bits(_mm_cmpeq_epi8(Load(a), Load(b)));
   return LowestBit(differ) >= length;
 }
@@ -238,7 +241,9 @@ inline std::size_t CopyOrdinary(const char* from, const char* end, char* to) noe
 }
 
 inline bool SameBytes(const char* a, const char* b, std::uint32_t length) noexcept {
-  return std::memcmp(a, b, length) == 0;
+  for (; length != 0 && *a == *b; --length, ++a, ++b) {
+  }
+  return length == 0;
 }
 
 #endif
