@@ -87,11 +87,11 @@ check-includes: ## Who includes whom, against the tier table
 	@python3 scripts/check_includes.py
 
 check: ## What must pass before a merge; ends with the tests
-	@for step in format-check check-includes asan fuzz tidy test; do \
+	@for step in format-check check-includes demo asan fuzz tidy test; do \
 	    printf '\n== %s (after %d s)\n' "$$step" "$$SECONDS"; $(MAKE) "$$step" || exit 1; done
 
 check-all: ## The long version: all of clang-tidy, thread sanitizer, 15 minutes of each fuzz target
-	@for step in format-check check-includes "tidy TIDY_ARGS=--all" asan tsan \
+	@for step in format-check check-includes demo "tidy TIDY_ARGS=--all" asan tsan \
 	    "fuzz FUZZ_SECONDS=900" "test KX_LARGE=1"; do \
 	    printf '\n== %s (after %d s)\n' "$$step" "$$SECONDS"; $(MAKE) $$step || exit 1; done
 
