@@ -128,7 +128,10 @@ bool StartsWith(std::string_view text, std::string_view start) {
 
 // The encoding that an XML declaration at the start of `text` names; empty when there is none.
 std::string_view DeclaredEncoding(std::string_view text) {
-  if (!StartsWith(text, "<?xml")) return {};
+  constexpr std::string_view kStart = "<?xml";
+  const bool declared = StartsWith(text, kStart) && text.size() > kStart.size() &&
+                        std::string_view(" \t\r\n").find(text[kStart.size()]) != text.npos;
+  if (!declared) return {};  // another instruction's name may begin with "xml"
   const std::string_view declaration = text.substr(0, text.find("?>"));
   std::size_t at = declaration.find("encoding");
   if (at == std::string_view::npos) return {};
