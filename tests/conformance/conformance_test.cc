@@ -6,6 +6,7 @@
 #include "conformance/suite_list.h"
 #include "platform/dom/parse_error.h"
 #include "platform/dom/parser.h"
+#include "platform/host/system_codec.h"
 #include "support/documents.h"
 
 #include <cstdio>
@@ -33,6 +34,7 @@ Outcome Parse(const std::string& bytes) {
   dom::ParseOptions options;
   options.attributeValues = dom::AttributeValues::kNormalised;
   options.undeclaredEntities = dom::UndeclaredEntities::kSkipWhereXmlAllows;
+  options.codec = &host::SystemCodec();
   dom::DocumentData document(nullptr);
   Outcome outcome;
   outcome.accepted = ParseBytes(document, bytes, options, outcome.error);

@@ -145,7 +145,8 @@ class Builder {
   }
 
   std::string Literal(std::string_view text) {
-    const char quote = text.find('"') != std::string_view::npos || random_.Chance(30) ? '\'' : '"';
+    const bool single = text.find('\'') == std::string_view::npos && random_.Chance(30);
+    const char quote = single || text.find('"') != std::string_view::npos ? '\'' : '"';
     return quote + std::string(text) + quote;
   }
 

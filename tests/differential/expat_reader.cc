@@ -68,6 +68,11 @@ void OnStartDoctype(void* data, const XML_Char* /*name*/, const XML_Char* /*syst
   From(data).inDoctype = true;
 }
 void OnEndDoctype(void* data) { From(data).inDoctype = false; }
+// Skips the entity: XML_STATUS_OK without having read it.
+int OnExternalEntity(XML_Parser /*parser*/, const XML_Char* /*context*/, const XML_Char* /*base*/,
+                     const XML_Char* /*systemId*/, const XML_Char* /*publicId*/) {
+  return XML_STATUS_OK;
+}
 
 void SetHandlers(XML_Parser parser, Callbacks& callbacks) {
   XML_SetUserData(parser, &callbacks);
@@ -78,6 +83,9 @@ void SetHandlers(XML_Parser parser, Callbacks& callbacks) {
   XML_SetCommentHandler(parser, OnComment);
   XML_SetProcessingInstructionHandler(parser, OnInstruction);
   XML_SetDoctypeDeclHandler(parser, OnStartDoctype, OnEndDoctype);
+  // Without this not even internal parameter entities would be read.
+  XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_UNLESS_STANDALONE);
+  XML_SetExternalEntityRefHandler(parser, OnExternalEntity);
   XML_SetHashSalt(parser, 1);
 }
 

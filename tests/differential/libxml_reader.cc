@@ -79,7 +79,17 @@ xmlParserInputPtr EmptyEntity(const char* /*url*/, const char* /*id*/, xmlParser
   return xmlNewStringInputStream(context, reinterpret_cast<const xmlChar*>(""));
 }
 
-void IgnoreMessage(void* /*data*/, xmlErrorPtr /*error*/) {}
+// Keeps the first error of well-formedness or against the namespaces standard. libxml2 counts among
+// the latter that a namespace name is not a URI, which the standard does not ask a parser to look
+// at.
+void NoteError(void* data, xmlErrorPtr error) {
+  auto& reading = *static_cast<Reading*>(data);
+  const bool aboutUri = error->code == XML_WAR_NS_URI || error->code == XML_WAR_NS_URI_RELATIVE;
+  const bool counts = error->level == XML_ERR_FATAL || error->domain == XML_FROM_NAMESPACE;
+  if (!counts || aboutUri || reading.code != 0) return;
+  reading.code = error->code;
+  reading.message = error->message == nullptr ? "" : error->message;
+}
 
 struct ContextCloser {
   void operator()(xmlParserCtxt* context) const {
@@ -92,27 +102,27 @@ struct ContextCloser {
 
 Reading ReadWithLibxml(std::string_view bytes) {
   xmlSetExternalEntityLoader(EmptyEntity);
-  xmlSetStructuredErrorFunc(nullptr, IgnoreMessage);
   Reading reading;
+  xmlSetStructuredErrorFunc(&reading, NoteError);
   const std::unique_ptr<xmlParserCtxt, ContextCloser> context(
       xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
   if (!context) {  // it makes none for the empty text
     reading.code = XML_ERR_DOCUMENT_EMPTY;
     return reading;
   }
-  xmlCtxtUseOptions(context.get(),
-                    XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+  xmlCtxtUseOptions(context.get(), XML_PARSE_NOENT | XML_PARSE_DTDATTR | XML_PARSE_NONET |
+                                       XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
   context->sax->externalSubset = nullptr;
   xmlParseDocument(context.get());
-  reading.accepted = context->wellFormed != 0 && context->nsWellFormed != 0;
-  if (reading.accepted) {
-    NeutralTree tree;
-    Walk(context->myDoc, tree);
-    reading.tree = tree.Take();
+  xmlSetStructuredErrorFunc(nullptr, nullptr);
+  reading.accepted = context->wellFormed != 0 && reading.code == 0;
+  if (!reading.accepted) {
+    if (reading.code == 0) reading.code = context->lastError.code;
     return reading;
   }
-  reading.code = context->lastError.code;
-  reading.message = context->lastError.message == nullptr ? "" : context->lastError.message;
+  NeutralTree tree;
+  Walk(context->myDoc, tree);
+  reading.tree = tree.Take();
   return reading;
 }
 

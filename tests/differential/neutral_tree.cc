@@ -47,6 +47,7 @@ void NeutralTree::StartElement(const Name& name) {
 }
 
 void NeutralTree::Declaration(std::string_view prefix, std::string_view uri) {
+  if (prefix == "xml") return;  // always bound; not every parser tells that it was declared
   items_.push_back("N" + std::string(prefix) + "=" + std::string(uri));
 }
 

@@ -2,6 +2,7 @@
 #include "differential/neutral_tree.h"
 #include "platform/dom/cursor.h"
 #include "platform/dom/parser.h"
+#include "platform/host/system_codec.h"
 #include "support/tree_walk.h"
 
 namespace kx::test {
@@ -58,6 +59,8 @@ void Enter(const Cursor& node, NeutralTree& tree) {
 Reading ReadWithOurs(std::string_view bytes) {
   dom::ParseOptions options;
   options.attributeValues = dom::AttributeValues::kNormalised;
+  options.undeclaredEntities = dom::UndeclaredEntities::kSkipWhereXmlAllows;
+  options.codec = &host::SystemCodec();
   dom::DocumentData document(nullptr);
   dom::ParseError error;
   Reading reading;
