@@ -146,7 +146,8 @@ std::optional<std::string> LoaderPath(std::string_view location, PathSystem syst
                                       const text::CodePage& codePage) {
   const bool isFileUrl = UrlIsA(location, UrlTest::kFileUrl);
   if (!isFileUrl && PathIsURLA(location)) return std::nullopt;
-  std::string path = isFileUrl ? PathOfFileUrl(location).text : std::string(location);
+  std::string path(location);
+  if (isFileUrl) path = PathOfFileUrl(location).text;
   if (isFileUrl && system == PathSystem::kPosix && IsRootedWithoutDrive(path)) {
     std::replace(path.begin(), path.end(), '\\', '/');
   }
