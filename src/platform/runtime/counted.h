@@ -25,8 +25,6 @@ namespace kx::runtime {
 template <typename T>
 class Counted {
  public:
-  using element_type = T;
-
   constexpr Counted() noexcept = default;
   constexpr Counted(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor)
   /// Shares an existing object.
@@ -47,6 +45,7 @@ class Counted {
   ~Counted() {
     if (object_ != nullptr) object_->Release();
   }
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the copy holds its own count meanwhile
   Counted& operator=(const Counted& other) noexcept {
     Counted(other).Swap(*this);
     return *this;

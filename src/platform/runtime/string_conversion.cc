@@ -86,7 +86,7 @@ Variant StrConv(const Variant& value, std::int32_t code) {
     RaiseRuntimeError(kInvalidProcedureCall);
   }
   const Variant scalar = ScalarOf(value);
-  if (scalar.IsNull()) return scalar;
+  if (scalar.IsNull()) return Variant::Null();
   const text::CodePage page = text::Windows1252();
   if (direction == kFromCodePage) {
     return ConvertCase(page.Decode(AsChars(BytesOf(scalar))), letterCase);

@@ -23,7 +23,8 @@ TEST(Counted, EndsTheObjectWithItsLastReference) {
   Counted<Plain> first = MakeCounted<Plain>(7);
   EXPECT_EQ(first->ReferenceCount(), 1U);
   {
-    const Counted<Plain> second = first;
+    Counted<Plain> second;
+    second = first;
     EXPECT_EQ(first->ReferenceCount(), 2U);
     EXPECT_EQ(second, first);
     EXPECT_EQ(second->number, 7);
@@ -85,7 +86,8 @@ TEST(Counted, ComparesAndHashesByIdentity) {
 
 TEST(Counted, CopiesOfAnObjectStartTheirOwnCount) {
   const Counted<Plain> first = MakeCounted<Plain>(5);
-  const Counted<Plain> again = first;
+  Counted<Plain> again;
+  again = first;
   const Counted<Plain> copy = MakeCounted<Plain>(*first);
   EXPECT_EQ(copy->ReferenceCount(), 1U);
   EXPECT_EQ(copy->number, 5);
@@ -96,10 +98,12 @@ TEST(AtomicCounted, CountsRightlyFromManyThreads) {
   {
     const Counted<Shared> shared = MakeCounted<Shared>();
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
       threads.emplace_back([&shared] {
         for (int n = 0; n < 10000; ++n) {
-          const Counted<Shared> mine = shared;
+          Counted<Shared> mine;
+          mine = shared;
           ASSERT_TRUE(mine);
         }
       });
