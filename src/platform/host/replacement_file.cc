@@ -26,8 +26,12 @@ bool RenameIsImpossible(FileStatus status) {
 
 }  // namespace
 
-ReplacementFile::ReplacementFile(FileSystem& files, std::string path, std::string siblingName)
-    : files_(&files), target_(std::move(path)), siblingName_(std::move(siblingName)) {
+ReplacementFile::ReplacementFile(FileSystem& files, std::string path, std::string siblingName,
+                                 DirectWriting directWriting)
+    : files_(&files),
+      target_(std::move(path)),
+      siblingName_(std::move(siblingName)),
+      mayWriteDirectly_(directWriting == DirectWriting::kAllowed) {
   status_ = Begin();
 }
 
@@ -39,6 +43,7 @@ ReplacementFile::ReplacementFile(ReplacementFile&& other) noexcept
       file_(std::move(other.file_)),
       written_(other.written_),
       targetExists_(other.targetExists_),
+      mayWriteDirectly_(other.mayWriteDirectly_),
       status_(other.status_) {}
 
 ReplacementFile::~ReplacementFile() { Discard(); }
@@ -56,7 +61,9 @@ FileStatus ReplacementFile::Begin() {
   targetExists_ = examined == FileStatus::kOk;
   if (!targetExists_ && examined != FileStatus::kNotFound) return examined;
   if (targetExists_ && info.kind == FileKind::kFolder) return FileStatus::kIsFolder;
-  if (targetExists_ && info.kind == FileKind::kOther) return BeginDirect();
+  if (targetExists_ && info.kind == FileKind::kOther) {
+    return mayWriteDirectly_ ? BeginDirect() : FileStatus::kNotRegular;
+  }
   if (targetExists_ && info.isReadOnly) return FileStatus::kReadOnly;
   if (targetExists_) {
     const FileStatus writable = files_->CheckWritable(target_);
@@ -78,7 +85,7 @@ FileStatus ReplacementFile::BeginSibling(const std::string& siblingName) {
   } else if (status != FileStatus::kOk) {
     sibling_.clear();
   }
-  const bool writesDirectly = targetExists_ && FolderMayRefuse(status);
+  const bool writesDirectly = mayWriteDirectly_ && targetExists_ && FolderMayRefuse(status);
   if (status != FileStatus::kOk) Discard();
   return writesDirectly ? BeginDirect() : status;
 }
@@ -110,7 +117,8 @@ FileStatus ReplacementFile::CommitSibling() {
     sibling_.clear();
     return files_->SyncFolder(FolderOf(target_, files_->Rules()));
   }
-  return RenameIsImpossible(status) && targetExists_ ? CopySiblingOverTarget() : status;
+  const bool copies = mayWriteDirectly_ && targetExists_ && RenameIsImpossible(status);
+  return copies ? CopySiblingOverTarget() : status;
 }
 
 FileStatus ReplacementFile::CopySiblingOverTarget() {

@@ -15,12 +15,17 @@
 
 namespace kx::host {
 
+/// Whether a file that cannot be replaced in one step may be overwritten instead. Then neither a
+/// crash nor another reader would find it whole.
+enum class DirectWriting : std::uint8_t { kAllowed, kNever };
+
 /// See above. Destruction without Commit leaves the target as it was. A call after a failed one
 /// does nothing but give that failure again.
 class ReplacementFile {
  public:
   /// `siblingName`: a name that no other writer uses, for the sibling in the target's folder.
-  ReplacementFile(FileSystem& files, std::string path, std::string siblingName);
+  ReplacementFile(FileSystem& files, std::string path, std::string siblingName,
+                  DirectWriting directWriting = DirectWriting::kAllowed);
   ~ReplacementFile();
   ReplacementFile(ReplacementFile&& other) noexcept;
   ReplacementFile& operator=(ReplacementFile&&) = delete;
@@ -46,6 +51,7 @@ class ReplacementFile {
   std::unique_ptr<OpenFile> file_;
   std::uint64_t written_ = 0;
   bool targetExists_ = false;
+  bool mayWriteDirectly_ = true;
   FileStatus status_ = FileStatus::kOk;
 };
 

@@ -173,8 +173,8 @@ TEST_P(FileSystemAtSite, MakesFoldersWithThoseAbove) {
   ASSERT_EQ(System().Examine(At("a/b/c"), info), FileStatus::kOk);
   EXPECT_EQ(info.kind, FileKind::kFolder);
   site_->AddFile("f", "");
-  EXPECT_NE(System().MakeFolders(At("f")), FileStatus::kOk);
-  EXPECT_NE(System().MakeFolders(At("f/d")), FileStatus::kOk);
+  EXPECT_EQ(System().MakeFolders(At("f")), FileStatus::kFolderNotFound);
+  EXPECT_EQ(System().MakeFolders(At("f/d")), FileStatus::kFolderNotFound);
   EXPECT_EQ(System().SyncFolder(At("a/b/c")), FileStatus::kOk);
 }
 

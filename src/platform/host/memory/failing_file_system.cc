@@ -45,11 +45,19 @@ void FailingFileSystem::FailCall(std::size_t call, FileStatus status) {
   count_ = 0;
   failingCall_ = call;
   status_ = status;
+  failsOn_ = false;
   hasFailed_ = false;
 }
 
+void FailingFileSystem::FailFrom(std::size_t call, FileStatus status) {
+  FailCall(call, status);
+  failsOn_ = true;
+}
+
 FileStatus FailingFileSystem::Count() {
-  if (++count_ != failingCall_) return FileStatus::kOk;
+  ++count_;
+  const bool isAfter = failsOn_ && count_ > failingCall_;
+  if (count_ != failingCall_ && !isAfter) return FileStatus::kOk;
   hasFailed_ = true;
   return status_;
 }

@@ -19,6 +19,9 @@ class FailingFileSystem final : public FileSystem {
 
   /// From now on the call number `call` (the next is 1) fails with `status`; 0 for none.
   void FailCall(std::size_t call, FileStatus status);
+  /// From now on the call number `call` and all after it fail, as when the process ends there:
+  /// nothing that comes later, cleaning up included, is done.
+  void FailFrom(std::size_t call, FileStatus status);
   /// True when the chosen call came.
   [[nodiscard]] bool HasFailed() const { return hasFailed_; }
   /// How many calls came since FailCall.
@@ -48,6 +51,7 @@ class FailingFileSystem final : public FileSystem {
   std::size_t count_ = 0;
   std::size_t failingCall_ = 0;
   FileStatus status_ = FileStatus::kIoError;
+  bool failsOn_ = false;
   bool hasFailed_ = false;
 };
 

@@ -339,7 +339,7 @@ FileStatus MemoryFileSystem::MakeFolders(const std::string& folder) {
     if (!child) child = NewNode(Type::kFolder);
     node = child;
   }
-  return node->type == Type::kFolder ? FileStatus::kOk : FileStatus::kExists;
+  return node->type == Type::kFolder ? FileStatus::kOk : FileStatus::kFolderNotFound;
 }
 
 FileStatus MemoryFileSystem::SyncFolder(const std::string& folder) {

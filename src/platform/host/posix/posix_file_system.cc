@@ -177,6 +177,8 @@ FileStatus PosixFileSystem::MakeFolders(const std::string& folder) {
   FileInfo info;
   const bool exists = Examine(folder, info) == FileStatus::kOk;
   if (exists && info.kind == FileKind::kFolder) return FileStatus::kOk;
+  // A file that stands in the folder's place.
+  if (error == EEXIST) return FileStatus::kFolderNotFound;
   return AsCreation(StatusOfErrno(error));
 }
 

@@ -34,6 +34,17 @@ TEST(FailingFileSystem, CountsCallsOnOpenFiles) {
   EXPECT_EQ(memory.Content("/x"), "1") << "a failed call does nothing";
 }
 
+TEST(FailingFileSystem, FailsEverythingFromACallOn) {
+  MemoryFileSystem memory;
+  FailingFileSystem failing(memory);
+  failing.FailFrom(2, FileStatus::kIoError);
+  EXPECT_EQ(failing.MakeFolders("/a"), FileStatus::kOk);
+  EXPECT_EQ(failing.MakeFolders("/b"), FileStatus::kIoError);
+  EXPECT_EQ(failing.MakeFolders("/c"), FileStatus::kIoError);
+  failing.FailCall(0, FileStatus::kOk);
+  EXPECT_EQ(failing.MakeFolders("/d"), FileStatus::kOk);
+}
+
 TEST(FailingFileSystem, FailsNothingUnlessTold) {
   MemoryFileSystem memory;
   FailingFileSystem failing(memory);
