@@ -32,8 +32,7 @@ TIERS = {
 # Within a tier a folder sees a neighbour only where it is written here.
 NEIGHBOURS = {
     "platform/runtime": ["platform/text"],
-    "platform/paths": ["platform/host"],
-    "platform/settings": ["platform/host", "platform/paths"],
+    "platform/settings": ["platform/host"],
     "platform/transforms": ["platform/patterns"],
     "element": ["schema"],
     "attributes": ["schema"],
