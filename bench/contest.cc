@@ -74,6 +74,7 @@ std::vector<double> Compare(const std::vector<Entrant>& entrants, std::size_t te
                             Results results) {
   if (results == Results::kMustAgree) CheckResults(entrants, texts);
   std::vector<Runner> runners;
+  runners.reserve(entrants.size());
   for (const Entrant& entrant : entrants) runners.emplace_back(*entrant.task, texts);
   const Clock::time_point begin = Clock::now();
   for (int round = 0; round < kRounds; ++round) {
@@ -84,6 +85,7 @@ std::vector<double> Compare(const std::vector<Entrant>& entrants, std::size_t te
     }
   }
   std::vector<double> best;
+  best.reserve(runners.size());
   for (const Runner& runner : runners) best.push_back(runner.Best());
   return best;
 }

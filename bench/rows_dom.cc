@@ -1,8 +1,7 @@
 // See rows.h.
 #include "peers.h"
 #include "platform/dom/cursor.h"
-#include "platform/dom/parser.h"
-#include "platform/dom/writer.h"
+#include "platform/dom/document.h"
 #include "rows.h"
 
 #include <stdexcept>
@@ -11,19 +10,18 @@ namespace kx::bench {
 
 namespace {
 
-std::unique_ptr<dom::DocumentData> Load(std::string_view text) {
-  auto data = std::make_unique<dom::DocumentData>(nullptr);
-  dom::ParseError error;
-  if (!dom::ParseText(*data, text, dom::ParseOptions{}, error)) {
-    throw std::runtime_error("the library refuses the text: " + error.reason);
+dom::Document Load(std::string_view text) {
+  dom::Document document = dom::NewDomDocument();
+  if (!document.LoadXml(text)) {
+    throw std::runtime_error("the library refuses the text: " + document.LastError().reason);
   }
-  return data;
+  return document;
 }
 
 class Parse : public Task {
  public:
   explicit Parse(const Workload& workload) : texts_(workload.texts) {}
-  std::uint64_t Run(std::size_t text) override { return Load(texts_[text])->NodeCount(); }
+  std::uint64_t Run(std::size_t text) override { return Load(texts_[text]).Data().NodeCount(); }
 
  private:
   const std::vector<std::string>& texts_;
@@ -36,35 +34,31 @@ class LoadedTask : public Task {
   }
 
  protected:
-  [[nodiscard]] const dom::DocumentData& Data(std::size_t text) const { return *documents_[text]; }
+  [[nodiscard]] const dom::Document& Loaded(std::size_t text) const { return documents_[text]; }
 
  private:
-  std::vector<std::unique_ptr<dom::DocumentData>> documents_;
+  std::vector<dom::Document> documents_;
 };
 
 class Tree : public LoadedTree {
  public:
-  explicit Tree(std::string_view text) : data_(Load(text)) {}
+  explicit Tree(std::string_view text) : document_(Load(text)) {}
 
  private:
-  std::unique_ptr<dom::DocumentData> data_;
+  dom::Document document_;
 };
 
 class Serialise : public LoadedTask {
  public:
   using LoadedTask::LoadedTask;
-  std::uint64_t Run(std::size_t text) override {
-    return dom::WriteXml({&Data(text), dom::kDocumentNode}).size();
-  }
+  std::uint64_t Run(std::size_t text) override { return Loaded(text).Xml().size(); }
 };
 
 class Copy : public LoadedTask {
  public:
   using LoadedTask::LoadedTask;
   std::uint64_t Run(std::size_t text) override {
-    dom::DocumentData copy(nullptr);
-    copy.CopyContent(Data(text));
-    return copy.NodeCount();
+    return Loaded(text).Clone(dom::CloneDepth::kDeep).Data().NodeCount();
   }
 };
 
@@ -72,7 +66,7 @@ class Walk : public LoadedTask {
  public:
   using LoadedTask::LoadedTask;
   std::uint64_t Run(std::size_t text) override {
-    const dom::Cursor root(&Data(text), Data(text).DocumentElement());
+    const dom::Cursor root = Loaded(text).Root();
     WalkSum sum;
     for (dom::Cursor at = root; at; at = at.NextInTree(root)) Visit(at, sum);
     return sum.Value();

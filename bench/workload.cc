@@ -24,9 +24,9 @@ class Random {
   }
   std::uint64_t Below(std::uint64_t limit) noexcept { return Next() % limit; }
   bool Percent(std::uint64_t chance) noexcept { return Below(100) < chance; }
-  template <std::size_t size>
-  std::string_view Pick(const std::array<std::string_view, size>& from) noexcept {
-    return from[Below(size)];
+  template <std::size_t Size>
+  std::string_view Pick(const std::array<std::string_view, Size>& from) noexcept {
+    return from[Below(Size)];
   }
 
  private:

@@ -30,8 +30,8 @@ enum class Escaping : unsigned char {
 /// Whether sixteen bytes may be read at each byte of a text, whatever follows its end.
 enum class Padding : unsigned char { kNone, kReadable };
 
-/// One bit for each of the sixteen bytes at `block` that `escaping` replaces.
-template <Escaping escaping>
+/// One bit for each of the sixteen bytes at `block` that are replaced.
+template <Escaping Replaced>
 std::uint32_t EscapedBytes(const char* block) noexcept;
 /// The same, byte by byte.
 std::uint32_t EscapedBytesPortable(Escaping escaping, const char* block) noexcept;
@@ -52,10 +52,10 @@ class TextOutput {
   }
 
   /// A short text known when compiling; the caller has made room.
-  template <std::size_t size>
-  static char* Put(char* at, const char (&text)[size]) noexcept {
-    std::memcpy(at, text, size - 1);
-    return at + size - 1;
+  template <std::size_t Size>
+  static char* Put(char* at, const char (&text)[Size]) noexcept {
+    std::memcpy(at, text, Size - 1);
+    return at + Size - 1;
   }
   /// A name; its first sixteen bytes are in its record. Makes room itself.
   char* PutName(char* at, const NameTable& names, std::uint32_t qname) {
@@ -75,7 +75,7 @@ class TextOutput {
     return at + text.size();
   }
   /// The text with everything replaced that cannot stand as it is. Makes room itself.
-  template <Escaping escaping>
+  template <Escaping Replaced>
   char* PutEscaped(char* at, std::string_view text, Padding padding);
 
   /// All that was put before `at`.
@@ -95,7 +95,7 @@ class TextOutput {
   char piece_[kPieceBytes + kMargin];
 };
 
-template <Escaping escaping>
+template <Escaping Replaced>
 char* TextOutput::PutEscaped(char* at, std::string_view text, Padding padding) {
   const char* from = text.data();
   std::size_t left = text.size();
@@ -110,7 +110,7 @@ char* TextOutput::PutEscaped(char* at, std::string_view text, Padding padding) {
       block = tail;
     }
     std::memcpy(at, block, 16);
-    const std::uint32_t escaped = EscapedBytes<escaping>(block) & ((1U << size) - 1U);
+    const std::uint32_t escaped = EscapedBytes<Replaced>(block) & ((1U << size) - 1U);
     if (escaped == 0) {
       at += size;
       from += size;
@@ -125,22 +125,22 @@ char* TextOutput::PutEscaped(char* at, std::string_view text, Padding padding) {
   return at;
 }
 
-template <Escaping escaping>
+template <Escaping Replaced>
 std::uint32_t EscapedBytes(const char* block) noexcept {
 #if defined(KX_SCAN_SSE2)
   const __m128i bytes = scan::Load(block);
   __m128i found = scan::Equal(bytes, '\n');
-  if constexpr (escaping != Escaping::kLineEnds) {
+  if constexpr (Replaced != Escaping::kLineEnds) {
     // '<' and '>' differ in the bit of 2, '&' and '"' in the bit of 4.
     found = _mm_or_si128(found, scan::Equal(bytes, '\r'));
     found = _mm_or_si128(found, scan::Equal(_mm_or_si128(bytes, _mm_set1_epi8(2)), '>'));
     const __m128i ampersand =
-        escaping == Escaping::kAttribute ? _mm_or_si128(bytes, _mm_set1_epi8(4)) : bytes;
+        Replaced == Escaping::kAttribute ? _mm_or_si128(bytes, _mm_set1_epi8(4)) : bytes;
     found = _mm_or_si128(found, scan::Equal(ampersand, '&'));
   }
   return scan::Bits(found);
 #else
-  return EscapedBytesPortable(escaping, block);
+  return EscapedBytesPortable(Replaced, block);
 #endif
 }
 

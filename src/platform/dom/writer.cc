@@ -83,7 +83,7 @@ class Writer {
   char* PutAttribute(char* at, NodeId id, const Record& attribute);
   char* PutEndTag(char* at, const Record& element);
   char* PutQuotedValue(char* at, NodeId id, const Record& attribute);
-  template <Escaping escaping>
+  template <Escaping Replaced>
   char* PutOwnText(char* at, NodeId id, const Record& record);
   char* PutReference(char* at, const Record& reference);
   char* PutInstruction(char* at, NodeId id, const Record& instruction);
@@ -248,11 +248,11 @@ char* Writer::PutQuotedValue(char* at, NodeId id, const Record& attribute) {
 
 // Texts ------------------------------------------------------------------------------------------
 
-template <Escaping escaping>
+template <Escaping Replaced>
 char* Writer::PutOwnText(char* at, NodeId id, const Record& record) {
   const std::string_view text = data_.OwnText(id);
   if ((record.flags & kPlainText) != 0) return output_.PutVerbatim(at, text, PaddingOf(record));
-  return output_.PutEscaped<escaping>(at, text, PaddingOf(record));
+  return output_.PutEscaped<Replaced>(at, text, PaddingOf(record));
 }
 
 char* Writer::PutReference(char* at, const Record& reference) {
