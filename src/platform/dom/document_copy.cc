@@ -110,6 +110,7 @@ void DocumentData::CopyChildren(NameImport& names, const DocumentData& source, N
 }
 
 NodeId DocumentData::CopySubtree(const DocumentData& source, NodeId from, bool deep) {
+  NoteDetached();  // copies alone must lead to collections as well
   const CollectionPause pause(collectPause_);
   NameImport names(names_, source.names_);
   const NodeId copy = CopyRecord(names, source, from);

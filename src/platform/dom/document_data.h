@@ -120,7 +120,7 @@ class DocumentData {
 
   /// Copies the subtree of `source` at `from` (attributes and all below, or no children) and
   /// returns the detached copy, with names and namespaces, forms and flags kept. `source` may be
-  /// this document.
+  /// this document. Like NewNode it may collect first: detached nodes must be held to be kept.
   NodeId CopySubtree(const DocumentData& source, NodeId from, bool deep);
   /// Makes this, which must be new, a copy of everything attached in `source`, block by block.
   void CopyContent(const DocumentData& source);

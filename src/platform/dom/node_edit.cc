@@ -60,6 +60,15 @@ void JoinTexts(DocumentData& data, NodeId parent) {
   }
 }
 
+// A fragment keeps no text in its own record.
+void SetFragmentText(DocumentData& data, NodeId fragment, std::string_view text) {
+  if (text.empty()) return;
+  const std::string own(text);  // it may be a part of what is collected
+  const Node child(&data, data.NewNode(NodeType::kText, 0));
+  data.SetOwnText(child.At().Id(), own);
+  data.InsertChild(fragment, child.At().Id(), kNoNode);
+}
+
 }  // namespace
 
 // Children ---------------------------------------------------------------------------------------
@@ -162,7 +171,11 @@ void Node::SetText(std::string_view text) const {
     data.Record(id_).flags &= static_cast<std::uint8_t>(~kDefaulted);
   }
   if (!IsCharacterData(type) && !at.HasWholeText()) data.RemoveChildren(id_);
-  data.SetOwnText(id_, text);
+  if (type == NodeType::kDocumentFragment) {
+    SetFragmentText(data, id_, text);
+  } else {
+    data.SetOwnText(id_, text);
+  }
 }
 
 }  // namespace kx::dom
