@@ -38,6 +38,7 @@ constexpr KindCase kKindCases[] = {
     {"white space after DOCTYPE", Peer::kLibxml, "<!DOCTYPEa []><a/>"},
     {"subset after the declaration", Peer::kLibxml, "<!DOCTYPE a >[<!ENTITY e ''>]><a/>"},
     {"colons in declared names", Peer::kLibxml, "<!DOCTYPE a [<!ELEMENT b: ANY>]><a/>"},
+    {"colons in declared names", Peer::kExpat, "<!DOCTYPE a [<!ATTLIST b c:.d CDATA ''>]><a/>"},
     {"white space in the XML declaration", Peer::kLibxml,
      "<?xml version='1.0' encoding='UTF-8'standalone='yes'?><a/>"},
 };

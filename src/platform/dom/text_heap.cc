@@ -36,7 +36,7 @@ void TextHeap::Reserve(std::size_t bytes) {
 }
 
 std::uint32_t TextHeap::Allocate(std::uint32_t length) {
-  if (length > 0x80000000U) throw std::bad_alloc();
+  if (length > kLongestText) throw std::bad_alloc();
   const std::size_t sizeClass = ClassOf(length);
   const std::uint32_t size = SizeOfClass(sizeClass);
   if (freeTexts_ && (*freeTexts_)[sizeClass] != kNoOffset) {
@@ -53,6 +53,7 @@ std::uint32_t TextHeap::Allocate(std::uint32_t length) {
 }
 
 std::uint32_t TextHeap::Store(std::string_view text) {
+  if (text.size() > kLongestText) throw std::bad_alloc();
   const bool own =
       block_ != nullptr && text.data() >= block_.get() && text.data() < block_.get() + used_;
   const std::size_t source = own ? static_cast<std::size_t>(text.data() - block_.get()) : 0;

@@ -37,6 +37,7 @@ class TextHeap {
   // Classes: 16, 24, 32, 48, 64, 96, ... two for each power of two up to 2^31.
   static constexpr std::size_t kClasses = 56;
   static constexpr std::uint32_t kNoOffset = 0xFFFFFFFFU;
+  static constexpr std::uint32_t kLongestText = 0x80000000U;
 
   static std::size_t ClassOf(std::uint32_t length) noexcept;
   static std::uint32_t SizeOfClass(std::size_t sizeClass) noexcept;
