@@ -362,6 +362,17 @@ TEST(WriteXml, LeavesAnExplicitDeclarationAloneThatContradictsTheName) {
   EXPECT_EQ(WriteXml(made.Root()), "<a xmlns=\"u\"><a xmlns=\"\"><a/></a><a xmlns=\"\"/></a>");
 }
 
+TEST(WriteXml, SeesAContradictingDeclarationAlsoWhereTheNameWasInScopeBefore) {
+  TestDocument made;
+  const NodeId root = made.Element(kDocumentNode, "r");
+  made.Element(root, "a");
+  const NodeId contradicting = made.Element(root, "a");
+  made.Attribute(contradicting, "xmlns", "u");
+  made.Element(contradicting, "a");
+  made.Element(root, "a");
+  EXPECT_EQ(WriteXml(made.Root()), "<r><a/><a xmlns=\"u\"><a xmlns=\"\"/></a><a/></r>");
+}
+
 TEST(WriteXml, NeverDeclaresOnePrefixTwiceOnOneElement) {
   TestDocument made;
   const NodeId root = made.Element(kDocumentNode, "p:a", "u");
