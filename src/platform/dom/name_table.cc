@@ -124,7 +124,9 @@ std::uint32_t NameTable::AppendQName(std::uint32_t hash) {
   if (qnames_.size() >= slots_.size()) Rehash();
   std::uint32_t& slot = slots_[hash & (slots_.size() - 1)];
   const std::uint32_t index = qnames_.Extend(1);
-  qnames_[index] = QName{};
+  // From one blank in memory: a temporary's narrow stores would stall the wide ones of the copy.
+  static constexpr QName kBlank{};
+  qnames_[index] = kBlank;
   qnames_[index].hashNext = slot;
   slot = index;
   return index;
