@@ -21,7 +21,8 @@ namespace {
 
 // The suite of 2013 has this many tests; a smaller count means that a part of it is missing.
 constexpr std::size_t kTests = 2585;
-constexpr int kLeastForms = 350;
+// Of the 394 documents with a stated canonical form, those whose form stands on no external entity.
+constexpr int kLeastForms = 328;
 
 struct Outcome {
   bool accepted = false;
