@@ -44,51 +44,69 @@ ParseOptions Document::Options() const {
   return options;
 }
 
-// Drops the content, then lets `parse` fill a new one.
+// Drops the content, then lets `parse` fill a new one. `location` is as given, `url` resolved.
 template <class Parse>
-bool Document::LoadBy(std::string_view location, const Parse& parse) const {
+bool Document::LoadBy(std::string_view location, std::string_view url, const Parse& parse) const {
   DocumentImpl& impl = Editable();
   const std::string given(location);
   impl.url.clear();
   impl.parseError = {};
-  impl.Replace(std::make_unique<DocumentData>(&impl));
-  auto data = std::make_unique<DocumentData>(&impl);
+  // A content that nobody has seen yet is filled as it is.
+  if (!impl.current->IsPristine()) impl.Replace(std::make_unique<DocumentData>(&impl));
   ParseError error;
-  if (parse(*data, error)) {
-    impl.Replace(std::move(data));
+  std::unique_ptr<SchemaBinder> binder;
+  const DocumentSettings& settings = impl.settings;
+  if (settings.schemaService != nullptr &&
+      (settings.validateOnParse || settings.resolveExternals)) {
+    binder = settings.schemaService->NewBinder(
+        {url.empty() ? settings.base : url, settings.schemas.Get(), settings.validateOnParse});
+  }
+  ParseOptions options = Options();
+  options.binder = binder.get();
+  bool loaded = false;
+  try {
+    loaded = parse(*impl.current, options, error);
+  } catch (...) {  // no half-built content stays behind
+    impl.Replace(std::make_unique<DocumentData>(&impl));
+    throw;
+  }
+  if (loaded) {
+    impl.url = url;
     return true;
   }
-  error.url = given;
+  impl.Replace(std::make_unique<DocumentData>(&impl));
+  if (error.url.empty()) error.url = given;  // a schema has a location of its own
   impl.parseError = std::move(error);
   return false;
 }
 
 bool Document::LoadXml(std::string_view text) const {
-  return LoadBy({}, [this, text](DocumentData& data, ParseError& error) {
-    return ParseText(data, text, Options(), error);
+  return LoadBy({}, {}, [text](DocumentData& data, const ParseOptions& options, ParseError& error) {
+    return ParseText(data, text, options, error);
   });
 }
 
 bool Document::LoadBytes(std::string_view bytes) const {
-  return LoadBy({}, [this, bytes](DocumentData& data, ParseError& error) {
-    return ParseBytes(data, bytes, Options(), error);
-  });
+  return LoadBy({}, {},
+                [bytes](DocumentData& data, const ParseOptions& options, ParseError& error) {
+                  return ParseBytes(data, bytes, options, error);
+                });
 }
 
 bool Document::Load(std::string_view location) const {
   if (location.data() == nullptr) RaiseDomArgument();
   const ResourceReader* reader = Impl().settings.reader;
-  return LoadBy(location, [this, reader, location](DocumentData& data, ParseError& error) {
-    const Resource resource =
-        reader != nullptr ? reader->Read(location) : Resource{ParseCode::kObjectNotFound, {}, {}};
-    if (resource.failure != ParseCode::kNone) {
-      SetParseError(error, resource.failure);
-      return false;
+  static_cast<void>(Editable());
+  const Resource resource =
+      reader != nullptr ? reader->Read(location) : Resource{ParseCode::kObjectNotFound, {}, {}};
+  const auto parse = [&](DocumentData& data, const ParseOptions& options, ParseError& error) {
+    if (resource.failure == ParseCode::kNone) {
+      return ParseBytes(data, resource.bytes, options, error);
     }
-    if (!ParseBytes(data, resource.bytes, Options(), error)) return false;
-    impl_->url = resource.url;
-    return true;
-  });
+    SetParseError(error, resource.failure);
+    return false;
+  };
+  return LoadBy(location, resource.url, parse);
 }
 
 bool Document::Load(const Document& other) const {

@@ -75,6 +75,8 @@ class Document {
   [[nodiscard]] const ParseError& LastError() const { return Impl().parseError; }
   /// The full location of what was loaded; nothing for text, bytes and a failed load.
   [[nodiscard]] std::optional<std::string> Url() const;
+  /// For content whose bytes came another way than by Load.
+  void SetUrl(std::string url) const { Editable().url = std::move(url); }
 
   // Content --------------------------------------------------------------------------------------
 
@@ -145,7 +147,7 @@ class Document {
   [[nodiscard]] DocumentImpl& Editable() const;
   [[nodiscard]] ParseOptions Options() const;
   template <class Parse>
-  bool LoadBy(std::string_view location, const Parse& parse) const;
+  bool LoadBy(std::string_view location, std::string_view url, const Parse& parse) const;
   [[nodiscard]] Node NewNode(NodeType type, std::string_view name, std::string_view uri) const;
   [[nodiscard]] Node NewData(NodeType type, std::string_view data) const;
 

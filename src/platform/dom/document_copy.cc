@@ -16,7 +16,8 @@ namespace kx::dom {
 /// The names of another document in this one's table; remembers the ones used last.
 class DocumentData::NameImport {
  public:
-  NameImport(NameTable& to, const NameTable& from) noexcept : to_(to), from_(from) {}
+  NameImport(DocumentData& to, const DocumentData& from) noexcept
+      : owner_(to), to_(to.names_), from_(from.names_), schemas_(from.schemas_.Get()) {}
 
   NameId Find(NameId name) {
     if (&to_ == &from_ || name == 0) return name;
@@ -24,6 +25,7 @@ class DocumentData::NameImport {
     if (entry.from != name) {
       const UriId uri = from_.UriOf(name);
       const UriId here = uri <= kXmlUri ? uri : to_.InternUri(from_.UriText(uri));
+      if (schemas_ != nullptr && uri != lastUri_) ShareSchema(uri);
       entry = {name, to_.InternName(from_.QualifiedText(name), here)};
     }
     return entry.to;
@@ -34,8 +36,17 @@ class DocumentData::NameImport {
     NameId from = 0;
     NameId to = 0;
   };
+  // What the other document knows about a namespace comes along with its names.
+  void ShareSchema(UriId uri) {
+    lastUri_ = uri;
+    owner_.schemas_ = schemas_->ShareNamespace(owner_.schemas_.Get(), from_.UriText(uri));
+  }
+
+  DocumentData& owner_;
   NameTable& to_;
   const NameTable& from_;
+  const SchemaKnowledge* schemas_;
+  UriId lastUri_ = 0xFFFFFFFFU;
   std::array<Entry, 64> recent_{};
 };
 
@@ -112,7 +123,7 @@ void DocumentData::CopyChildren(NameImport& names, const DocumentData& source, N
 NodeId DocumentData::CopySubtree(const DocumentData& source, NodeId from, bool deep) {
   NoteDetached();  // copies alone must lead to collections as well
   const CollectionPause pause(collectPause_);
-  NameImport names(names_, source.names_);
+  NameImport names(*this, source);
   const NodeId copy = CopyRecord(names, source, from);
   CopyAttributes(names, source, from, copy);
   const NodeType type = source.nodes_[from].type;
@@ -136,6 +147,7 @@ void DocumentData::CopyContent(const DocumentData& source) {
   }
   heap_.CopyFrom(source.heap_);
   names_.CopyFrom(source.names_);
+  schemas_ = source.schemas_;
   dtd_ = source.dtd_ ? std::make_unique<Dtd>(*source.dtd_) : nullptr;
   firstFree_ = source.firstFree_;
   freeNodes_ = source.freeNodes_;

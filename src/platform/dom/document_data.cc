@@ -226,6 +226,30 @@ std::size_t DocumentData::ExtendText(std::size_t bytes) {
   return offset;
 }
 
+void DocumentData::SupplyAttribute(NodeId element, NameId name, std::string_view value) {
+  const std::uint32_t begin = value.empty() ? 0 : heap_.Store(value);
+  const NodeId id = nodes_.Extend(1);
+  NodeRecord& record = nodes_[id];
+  record = NodeRecord{};
+  record.parent = element;
+  record.type = NodeType::kAttribute;
+  record.name = name;
+  record.flags = kDefaulted;
+  if (!value.empty()) {
+    record.textBegin = begin;
+    record.textLength = static_cast<std::uint32_t>(value.size());
+    record.flags |= kHeapText | kInlineText;
+  }
+  const NodeId first = nodes_[element].firstAttribute;
+  record.prev = first == kNoNode ? id : nodes_[first].prev;
+  if (first == kNoNode) {
+    nodes_[element].firstAttribute = id;
+  } else {
+    nodes_[record.prev].next = id;
+    nodes_[first].prev = id;
+  }
+}
+
 void DocumentData::SetDocumentType(std::unique_ptr<Dtd> dtd) { dtd_ = std::move(dtd); }
 
 // Handles ----------------------------------------------------------------------------------------

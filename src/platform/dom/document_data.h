@@ -17,6 +17,7 @@
 #include "platform/dom/child_positions.h"
 #include "platform/dom/name_table.h"
 #include "platform/dom/node_record.h"
+#include "platform/dom/schema_binder.h"
 #include "platform/dom/text_heap.h"
 #include "platform/runtime/counted.h"
 
@@ -83,6 +84,15 @@ class DocumentData {
   NameTable& Names() noexcept { return names_; }
   [[nodiscard]] DocumentImpl* Owner() const noexcept { return owner_; }
   [[nodiscard]] const Dtd* DocumentType() const noexcept { return dtd_.get(); }
+  /// The schemas that the document knows; null for none.
+  [[nodiscard]] const SchemaKnowledge* Schemas() const noexcept { return schemas_.Get(); }
+  void Schemas(runtime::Counted<const SchemaKnowledge> schemas) noexcept {
+    schemas_ = std::move(schemas);
+  }
+  /// True while nothing was ever put into it and no handle leads to it.
+  [[nodiscard]] bool IsPristine() const noexcept {
+    return nodes_.size() == 2 && textBytes_ == 0 && handles_.load(std::memory_order_relaxed) == 0;
+  }
   [[nodiscard]] NodeId DocumentElement() const noexcept;
   [[nodiscard]] std::uint32_t NodeCount() const noexcept { return nodes_.size(); }
   /// True while a higher index means later in document order (no edit has moved anything).
@@ -169,6 +179,9 @@ class DocumentData {
   char* ReserveText(std::size_t bytes);
   /// Appends `bytes` to the parse buffer, which may move, and returns where they begin.
   std::size_t ExtendText(std::size_t bytes);
+  /// For a schema binder: appends an attribute that a declaration supplies to `element`, which was
+  /// parsed last.
+  void SupplyAttribute(NodeId element, NameId name, std::string_view value);
   [[nodiscard]] char* Text() noexcept { return text_.get(); }
   [[nodiscard]] TextHeap& Heap() noexcept { return heap_; }
   PlainArray<NodeRecord, 4>& Nodes() noexcept { return nodes_; }
@@ -228,6 +241,7 @@ class DocumentData {
   NameTable names_;
   DocumentImpl* owner_;
   std::unique_ptr<Dtd> dtd_;
+  runtime::Counted<const SchemaKnowledge> schemas_;
   std::atomic<std::uint32_t> handles_{0};
   NodeId firstFree_ = kNoNode;
   std::uint32_t freeNodes_ = 0;

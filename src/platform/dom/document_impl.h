@@ -11,6 +11,7 @@
 #include "platform/dom/parse_error.h"
 #include "platform/dom/parser.h"
 #include "platform/dom/resource_reader.h"
+#include "platform/dom/schema_binder.h"
 
 #include <atomic>
 #include <cstdint>
@@ -31,6 +32,12 @@ struct DocumentSettings {
   std::size_t maxEntityBytes = std::size_t{16} << 20U;
   /// What reads locations; without one every location fails as one that does not exist.
   const ResourceReader* reader = nullptr;
+  /// Where texts that are parsed come from: what their schemas' locations are relative to.
+  std::string base;
+  /// What binds and validates while parsing; without one no document is bound.
+  const SchemaService* schemaService = nullptr;
+  /// The caller's collection of schemas; null when there is none.
+  runtime::Counted<SchemaHoldings> schemas;
   /// What knows the encodings beyond our own tables; must outlive the document.
   const text::HostCodec* codec = nullptr;
 };

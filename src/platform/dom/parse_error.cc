@@ -34,6 +34,7 @@ constexpr ParseText kParseTexts[] = {
     {ParseCode::kReservedNamespace, "Reserved namespace '%1' can not be redeclared."},
     {ParseCode::kUndeclaredPrefix, "Reference to undeclared namespace prefix: '%1'."},
     {ParseCode::kEmptyPrefixBinding, "A namespace prefix cannot be declared with an empty URI."},
+    {ParseCode::kTwoDataTypes, "Cannot have two datatype attributes on one element."},
     {ParseCode::kMissingEquals, "Missing equals sign between attribute and attribute value."},
     {ParseCode::kMissingQuote,
      "A string literal was expected, but no opening quote character was found."},

@@ -20,6 +20,7 @@ enum class ParseCode : std::uint32_t {
   kReservedNamespace = 0xC00CE010,
   kUndeclaredPrefix = 0xC00CE01D,
   kEmptyPrefixBinding = 0xC00CE027,
+  kTwoDataTypes = 0xC00CE205,
   kMissingEquals = 0xC00CE501,
   kMissingQuote = 0xC00CE502,
   kCommentSyntax = 0xC00CE503,

@@ -97,6 +97,17 @@ void Describe(ParseError& error, const ParseFailure& failure, const Prepared& pr
   if (failure.placed) SetParsePlace(error, text, PlaceInText(text, failure.offset));
 }
 
+void Describe(ParseError& error, const BindFailure& failure, const Prepared& prepared,
+              std::string_view text, SchemaBinder& binder) {
+  const BindPlace place = binder.Describe(error);
+  if (place == BindPlace::kOwn) return;
+  const std::size_t offset = place == BindPlace::kHere ? failure.offset : prepared.size;
+  SetParsePlace(error, text, PlaceInText(text, offset));
+  if (place == BindPlace::kHere) return;
+  error.filePos = 0;
+  error.srcText.clear();
+}
+
 bool FailLarge(ParseError& error, std::size_t limit) {
   SetParseError(error, ParseCode::kTooLarge, {std::to_string(limit)});
   return false;
@@ -112,10 +123,15 @@ bool ParseDecoded(DocumentData& data, std::string_view text, const ParseOptions&
   if (prepared.code == ParseCode::kNone) prepared.code = code;
   try {
     Parser(data, options).Run(prepared.size);
-    if (prepared.code == ParseCode::kNone) return true;
+    if (prepared.code == ParseCode::kNone) {
+      if (options.binder != nullptr) data.Schemas(options.binder->Knowledge());
+      return true;
+    }
     Describe(error, {prepared.code, prepared.size, true, {}, {}}, prepared, text);
   } catch (const ParseFailure& failure) {
     Describe(error, failure, prepared, text);
+  } catch (const BindFailure& failure) {
+    Describe(error, failure, prepared, text, *options.binder);
   }
   return false;
 }

@@ -90,10 +90,35 @@ bool Parser::IsDroppedSpace(const char* begin, const char* end, NodeId parent) c
 
 void Parser::AppendTextNode(const char* begin, const char* end, bool plain, NodeId parent,
                             NodeId& last) {
+  if (binder_ != nullptr) BindText(begin, end, TextForm::kPlain, begin);
   if (IsDroppedSpace(begin, end, parent)) return;
   NodeRecord& record = nodes_[AppendNode(NodeType::kText, 0, parent, last)];
   SetRange(record, begin, end);
   if (plain) record.flags |= kPlainText;
+}
+
+// Binding ----------------------------------------------------------------------------------------
+
+void Parser::FailBinding(const char* place) const {
+  throw BindFailure{InEntity() ? frames_.front().place : static_cast<std::size_t>(place - begin_)};
+}
+
+void Parser::BindStart(NodeId element, const char* tagEnd) {
+  if (!binder_->StartElement(element)) FailBinding(tagEnd);
+}
+
+void Parser::BindText(const char* begin, const char* end, TextForm form, const char* place) {
+  const std::string_view text(begin, static_cast<std::size_t>(end - begin));
+  if (!binder_->Text(text, form)) FailBinding(place);
+}
+
+void Parser::BindEnd(NodeId element, const char* place) {
+  if (!binder_->EndElement(element)) FailBinding(place);
+}
+
+void Parser::BindLeaf(NodeId element, const char* text, const char* place) {
+  bool textFits = true;
+  if (!binder_->EndLeaf(element, textFits)) FailBinding(textFits ? place : text);
 }
 
 // The document -----------------------------------------------------------------------------------
@@ -103,12 +128,14 @@ void Parser::Run(std::size_t size) {
   end_ = begin_ + size;
   mainSize_ = size;
   nodes_.Reserve(static_cast<std::uint32_t>(size / (size < kSmallDocument ? 20 : 40)) + 12);
+  if (options_.binder != nullptr && options_.binder->Begin(data_)) binder_ = options_.binder;
   const char* p = begin_;
   if (std::memcmp(p, "<?xml", 5) == 0 && (IsSpace(p[5]) || p[5] == '?')) p = ParseXmlDeclaration(p);
   p = ParseMisc(p, true);
   p = ParseContent(p);
   ParseMisc(p, false);
   nodes_[kDocumentNode].last = lastTop_;
+  if (binder_ != nullptr && !binder_->EndDocument()) FailBinding(end_);
   const std::uint32_t unused = nodes_.capacity() - nodes_.size();
   if (unused > 128 && unused > nodes_.size() / 16) nodes_.Shrink();
 }
@@ -263,7 +290,9 @@ const char* Parser::ParseContent(const char* p) {
   while (true) {
     // `p` is at a '<' that is not the end.
     if (p[1] == '/') {
+      const char* const closing = p + 2;
       p = ParseEndTag(p, parent);
+      if (binder_ != nullptr) BindEnd(parent, closing);
       context = names_.QNameOf(nodes_[parent].name);
       follower = kNextSiblingName;
       CloseElement(parent);
@@ -284,12 +313,16 @@ const char* Parser::ParseContent(const char* p) {
       const auto nameOffset = static_cast<std::uint32_t>(name - base_);
       // A document type may supply attributes where none is written.
       if (*after != '>' || dtd_ != nullptr) after = ParseAttributes(after, id, qname);
-      NodeRecord& record = nodes_[id];
-      record.name = ResolveElement(qname, after);
+      const NameId resolved = ResolveElement(qname, after);
+      nodes_[id].name = resolved;
       context = qname;
       if (*after == '/') {
         if (after[1] != '>') {
           FailUnlessEnd(ParseCode::kExpectedGreaterThan, after + 1, ParseCode::kUnclosedStartTag);
+        }
+        if (binder_ != nullptr) {
+          BindStart(id, after + 2);
+          BindEnd(id, after + 2);
         }
         --depth_;
         if (id == topBinding_) PopBindings(id);
@@ -297,13 +330,14 @@ const char* Parser::ParseContent(const char* p) {
         p = after + 2;
         if (parent == kDocumentNode) break;
       } else {
+        if (binder_ != nullptr) BindStart(id, after + 1);
         p = ParseLeaf(after + 1, id, nameOffset);
         if (p != nullptr) {
           follower = kNextSiblingName;
           if (parent == kDocumentNode) break;
         } else {
           p = after + 1;
-          record.last = nameOffset;
+          nodes_[id].last = nameOffset;
           follower = kFirstChildName;
           parent = id;
           last = kNoNode;
@@ -333,6 +367,7 @@ const char* Parser::ParseLeaf(const char* p, NodeId id, std::uint32_t nameOffset
     record.flags = static_cast<std::uint8_t>(record.flags | kInlineText |
                                              (stop.plain ? unsigned{kPlainText} : 0U));
   }
+  if (binder_ != nullptr) BindLeaf(id, p, closing);
   CloseElement(id);
   return closing + length + 1;
 }
@@ -398,7 +433,11 @@ const char* Parser::ParseText(const char* p, scan::Stop stop, NodeId parent, Nod
   bool references = false;
   std::string name;
   const auto flush = [&] {
-    if (write == start || (!references && IsDroppedSpace(start, write, parent))) return;
+    if (write == start) return;
+    if (binder_ != nullptr) {
+      BindText(start, write, references ? TextForm::kExplicit : TextForm::kPlain, start);
+    }
+    if (!references && IsDroppedSpace(start, write, parent)) return;
     EnsureNodeRoom(p);
     NodeRecord& record = nodes_[AppendNode(NodeType::kText, 0, parent, last)];
     SetRange(record, start, write);
@@ -488,6 +527,7 @@ const char* Parser::ParseCData(const char* p, NodeId parent, NodeId& last) {
     ++at;
   }
   EnsureNodeRoom(p);
+  if (binder_ != nullptr) BindText(begin, at, TextForm::kExplicit, begin);
   SetRange(nodes_[AppendNode(NodeType::kCData, 0, parent, last)], begin, at);
   return at + 3;
 }

@@ -13,6 +13,8 @@
 
 namespace kx::dom {
 
+class SchemaBinder;
+
 /// What happens to white space in attribute values.
 enum class AttributeValues : unsigned char {
   kAsWritten,   ///< line ends become LF, everything else stays: what callers of the DOM get
@@ -35,6 +37,8 @@ struct ParseOptions {
   std::size_t maxEntityBytes = std::size_t{16} << 20U;  ///< that entities may expand to in all
   /// Knows the encodings beyond our own tables; null when there are only those.
   const text::HostCodec* codec = nullptr;
+  /// Judges what is built, element by element; null when nobody does. See schema_binder.h.
+  SchemaBinder* binder = nullptr;
 };
 
 /// Parses `text`, UTF-8 whatever its declaration says, into `data`, which must be new.

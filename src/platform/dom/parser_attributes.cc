@@ -11,6 +11,12 @@
 
 namespace kx::dom {
 
+namespace {
+
+constexpr std::string_view kDataTypeNamespace = "urn:schemas-microsoft-com:datatypes";
+
+}  // namespace
+
 // `p` is after an attribute's name; returns where the opening quote stands.
 const char* Parser::ParseEquals(const char* p) {
   const char* at = SkipSpace(p);
@@ -290,9 +296,17 @@ void Parser::DeclareNamespace(NodeId element, std::uint32_t qname, std::string_v
   if (uri == kXmlNamespace) Fail(ParseCode::kReservedNamespace, place, "xml");
   if (uri == kXmlnsNamespace) Fail(ParseCode::kReservedNamespace, place, "xmlns");
   const UriId bound = uri.empty() ? kNoUri : names_.InternUri(uri);
+  if (options_.binder != nullptr && bound != kNoUri) NoteNamespace(uri, place);
   bindings_.Append({element, prefix, names_.At(prefix).binding});
   names_.At(prefix).binding = bound;
   topBinding_ = element;
+}
+
+// The binder may load what the namespace names, and bind from here on.
+void Parser::NoteNamespace(std::string_view uri, const char* place) {
+  const BindWish wish = options_.binder->DeclareNamespace(uri);
+  if (wish == BindWish::kFail) FailBinding(place);
+  if (wish == BindWish::kBind) binder_ = options_.binder;
 }
 
 void Parser::PopBindings(NodeId element) noexcept {
@@ -340,8 +354,12 @@ void Parser::CheckExpandedDuplicates(NodeId element, const char* place) {
     expanded.emplace_back(names_.UriOf(name), names_.LocalText(name));
   }
   std::sort(expanded.begin(), expanded.end());
-  if (std::adjacent_find(expanded.begin(), expanded.end()) != expanded.end()) {
-    Fail(ParseCode::kDuplicateAttribute, place);
+  const auto twice = std::adjacent_find(expanded.begin(), expanded.end());
+  if (twice != expanded.end()) {
+    Fail(twice->second == "dt" && names_.UriText(twice->first) == kDataTypeNamespace
+             ? ParseCode::kTwoDataTypes
+             : ParseCode::kDuplicateAttribute,
+         place);
   }
 }
 

@@ -18,6 +18,7 @@
 #include "platform/dom/parse_error.h"
 #include "platform/dom/parser.h"
 #include "platform/dom/scan.h"
+#include "platform/dom/schema_binder.h"
 #include "platform/dom/xml_names.h"
 
 #include <cstddef>
@@ -35,6 +36,11 @@ struct ParseFailure {
   bool placed = true;  ///< false when the failure has no place in the text
   std::string first;   ///< what %1 and %2 of the reason stand for
   std::string second;
+};
+
+/// A schema binder ended the parse; it knows why.
+struct BindFailure {
+  std::size_t offset;  ///< in the parse buffer
 };
 
 class Parser {
@@ -102,12 +108,17 @@ class Parser {
   NodeId AppendNode(NodeType type, NameId name, NodeId parent, NodeId& last) {
     const NodeId id = nodes_.ExtendReserved();
     NodeRecord* const nodes = nodes_.data();
-    NodeRecord record{};
+    NodeRecord& record = nodes[id];
     record.parent = parent;
+    record.next = kNoNode;
     record.prev = last;
+    record.first = kNoNode;
+    record.last = kNoNode;
+    record.firstAttribute = kNoNode;
     record.name = name;
     record.type = type;
-    nodes[id] = record;
+    record.flags = 0;
+    record.holds = 0;
     (last != kNoNode ? nodes[last].next : nodes[parent].first) = id;
     last = id;
     return id;
@@ -161,6 +172,7 @@ class Parser {
                             const char* place);
   void DeclareNamespace(NodeId element, std::uint32_t qname, std::string_view uri,
                         const char* place);
+  void NoteNamespace(std::string_view uri, const char* place);
   void CountSupplied(std::size_t bytes, const char* place);
   void AddDefaultAttributes(NodeId element, const AttributeList& list, NodeId& last,
                             const char* place);
@@ -175,6 +187,12 @@ class Parser {
   void CheckExpandedDuplicates(NodeId element, const char* place);
   void PopBindings(NodeId element) noexcept;
   void CheckNewName(const char* begin, const char* end) const;
+  // Binding; called only while `binder_` is set. What stands in an entity fails where that is named.
+  void BindStart(NodeId element, const char* tagEnd);
+  void BindText(const char* begin, const char* end, TextForm form, const char* place);
+  void BindEnd(NodeId element, const char* place);
+  void BindLeaf(NodeId element, const char* text, const char* place);
+  [[noreturn]] void FailBinding(const char* place) const;
   // References: parser_entities.cc
   const char* DecodeCharReference(const char* p, const char* end, char32_t& codePoint) const;
   const char* ParseEntityName(const char* p, const char* end, std::string& name) const;
@@ -216,6 +234,7 @@ class Parser {
   PlainArray<NodeRecord, 4>& nodes_;
   const ParseOptions& options_;
   const bool dropSpace_;
+  SchemaBinder* binder_ = nullptr;  // set from when it wants to bind
   const char* base_ = nullptr;        // the parse buffer, which grows (and moves) with each entity
   const char* begin_ = nullptr;       // of the current frame
   const char* end_ = nullptr;         // of the current frame; a '<' stands there
