@@ -1,0 +1,119 @@
+// A compiled schema: its document, read-only, and what its declarations say, ready for look-up.
+// Immutable once compiled, shared between documents and threads.
+//
+// Names inside one schema are numbers (symbols): a declared element type has its own index as its
+// symbol; names of other schemas that content models refer to follow behind. Names of attributes
+// have symbols of their own.
+#pragma once
+
+#include "platform/dom/document.h"
+#include "platform/runtime/counted.h"
+#include "platform/text/compare.h"
+#include "platform/xdr/content_model.h"
+#include "platform/xdr/value_rules.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace kx::xdr {
+
+enum class Content : std::uint8_t { kEmpty, kTextOnly, kEltOnly, kMixed };
+
+/// A declared attribute: an AttributeType, global or local to an element type.
+struct AttributeType {
+  std::string name;
+  dom::NodeId node = dom::kNoNode;  ///< in the schema's document
+  SharedRules rules;
+  bool required = false;
+  std::string defaultText;  ///< empty: none
+};
+
+/// An attribute that an element type takes.
+struct AttributeUse {
+  Symbol symbol = kNoSymbol;
+  std::string name;                 ///< the local name
+  std::string uri;                  ///< of the schema that declares it; empty: this one
+  std::string prefix;               ///< by which this schema names that one
+  dom::NodeId node = dom::kNoNode;  ///< its AttributeType, when this schema declares it
+  SharedRules rules;
+  bool required = false;
+  std::string defaultText;  ///< empty: none
+
+  [[nodiscard]] bool IsFixed() const noexcept { return required && !defaultText.empty(); }
+};
+
+struct ElementType {
+  std::string name;
+  dom::NodeId node = dom::kNoNode;
+  Symbol symbol = kNoSymbol;
+  Content content = Content::kMixed;
+  bool open = true;
+  SharedRules rules;  ///< null without data type
+  ContentModel model;
+  std::vector<AttributeUse> attributes;
+  SymbolTable attributeIndex;  ///< filled when there are more than a few
+  bool hasImplied = false;     ///< some attribute is required or has a default
+
+  /// Extra elements and attributes may stand here.
+  [[nodiscard]] bool TakesExtras() const noexcept {
+    return open && (content == Content::kEltOnly || content == Content::kMixed);
+  }
+  /// The attribute of that symbol; `hint` is the index that is probably right, and is moved on.
+  [[nodiscard]] const AttributeUse* FindAttribute(Symbol wanted, std::size_t& hint) const noexcept;
+};
+
+/// A name in a namespace other than the schema's own.
+struct ForeignName {
+  std::string uri;
+  std::string name;
+};
+
+class Schema : public runtime::AtomicCounted {
+ public:
+  using NameIndex =
+      std::unordered_map<std::string, std::uint32_t, text::ExactHash, std::equal_to<>>;
+
+  /// The element type of that name, or null.
+  [[nodiscard]] const ElementType* FindElement(std::string_view name) const noexcept;
+  /// The global AttributeType of that name, or null.
+  [[nodiscard]] const AttributeType* FindAttributeType(std::string_view name) const noexcept;
+  /// The symbol of an unqualified attribute's name, or kNoSymbol.
+  [[nodiscard]] Symbol AttributeSymbol(std::string_view name) const noexcept;
+  /// The same for an attribute of another schema.
+  [[nodiscard]] Symbol ForeignAttributeSymbol(std::string_view uri,
+                                              std::string_view name) const noexcept;
+  /// The symbol of an element of another schema, or kNoSymbol when nothing refers to it.
+  [[nodiscard]] Symbol ForeignElementSymbol(std::string_view uri,
+                                            std::string_view name) const noexcept;
+  /// "{namespace}name" of a symbol, when the schema serves `uri`.
+  [[nodiscard]] std::string ElementName(Symbol symbol, std::string_view uri) const;
+
+  [[nodiscard]] const dom::Document& Document() const noexcept { return document_; }
+  /// The resolved location; empty for a schema that came as text or as a tree.
+  [[nodiscard]] const std::string& Url() const noexcept { return url_; }
+  [[nodiscard]] const std::vector<ElementType>& Elements() const noexcept { return elements_; }
+
+ private:
+  friend class SchemaCompiler;
+
+  static std::string ForeignKey(std::string_view uri, std::string_view name);
+
+  dom::Document document_;
+  std::string url_;
+  std::vector<ElementType> elements_;
+  std::vector<AttributeType> attributeTypes_;
+  std::vector<ForeignName> foreignElements_;
+  NameIndex elementIndex_;
+  NameIndex attributeTypeIndex_;
+  NameIndex attributeSymbols_;
+  NameIndex foreignElementSymbols_;
+  NameIndex foreignAttributeSymbols_;
+};
+
+using SharedSchema = runtime::Counted<const Schema>;
+
+}  // namespace kx::xdr
