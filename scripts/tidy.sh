@@ -63,5 +63,7 @@ if [[ ${#sources[@]} -eq 0 ]]; then
 fi
 echo "tidy: ${#sources[@]} source files"
 printf '%s\0' "${sources[@]}" |
-  xargs -0 -n 1 -P "$jobs" "$tidy" -p "$build" --quiet --warnings-as-errors='*' 2> >(grep -Ev '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -' >&2)
+  xargs -0 -n 1 -P "$jobs" "$tidy" -p "$build" --quiet \
+    --extra-arg=-Wno-unknown-warning-option --warnings-as-errors='*' \
+    2> >(grep -Ev '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -' >&2)
 echo "tidy: nothing found"
