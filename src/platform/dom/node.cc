@@ -106,16 +106,13 @@ std::string CollectTrimmed(const Cursor& at) {
 
 // Handles ----------------------------------------------------------------------------------------
 
-Node::Node(DocumentData* data, NodeId id) : data_(data), id_(id) {
-  if (id_ == kNoNode) return;
-  if (IsInlineTextId(id_) && !data_->Frozen()) {
-    const NodeId owner = OwnerOfInlineText(id_);
-    const NodeRecord& record = data_->Record(owner);
-    // Another handle may have given the text a record since the cursor was taken.
-    id_ = (record.flags & kInlineText) != 0 ? data_->MaterializeInlineText(owner) : record.first;
-    if (id_ == kNoNode) return;
-  }
-  data_->Hold(id_);
+// Gives a text that is kept in its owner's record one of its own, which this then names.
+void Node::GiveRecord() {
+  if (data_->Frozen()) return;
+  const NodeId owner = OwnerOfInlineText(id_);
+  const NodeRecord& record = data_->Record(owner);
+  // Another handle may have done so since the cursor was taken.
+  id_ = (record.flags & kInlineText) != 0 ? data_->MaterializeInlineText(owner) : record.first;
 }
 
 void Node::FollowMove() const noexcept {

@@ -46,7 +46,10 @@ class Node {
   /// A handle of what `at` names; of nothing when it names nothing.
   explicit Node(const Cursor& at)
       : Node(at ? const_cast<DocumentData*>(&at.Data()) : nullptr, at.Id()) {}
-  Node(DocumentData* data, NodeId id);
+  Node(DocumentData* data, NodeId id) : data_(data), id_(id) {
+    if (IsInlineTextId(id_)) GiveRecord();
+    if (id_ != kNoNode) data_->Hold(id_);
+  }
   Node(const Node& other) noexcept : data_(other.data_), id_(other.id_) {
     if (id_ != kNoNode) data_->Hold(id_);
   }
@@ -207,6 +210,7 @@ class Node {
     if (type == NodeType::kMoved || type == NodeType::kDocument) FollowMove();
   }
   void FollowMove() const noexcept;
+  void GiveRecord();
   [[noreturn]] static void RaiseNothing();
   /// As Data(). Raises: E_FAIL for a frozen document.
   DocumentData& Editable() const;

@@ -36,7 +36,7 @@ class NodeList {
  private:
   enum class Kind : unsigned char { kNothing, kChildren, kElements, kFixed };
 
-  class Fixed : public runtime::AtomicCounted {
+  class Fixed : public runtime::PlainCounted {
    public:
     explicit Fixed(std::vector<Node> list) noexcept : nodes(std::move(list)) {}
     const std::vector<Node> nodes;

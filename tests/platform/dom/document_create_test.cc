@@ -193,5 +193,41 @@ TEST(CreateEntityReference, OfAnUndeclaredEntityIsEmpty) {
             Fail("A name contained an invalid character."));
 }
 
+// Trees made by programs, as they are written ---------------------------------------------------
+
+TEST(CreatedTrees, AreWrittenWithTheDeclarationsThatTheyNeed) {
+  const Document document = NewDomDocument();
+  const Node outer = document.CreateNode(NodeType::kElement, "e1", "u");
+  const Node inner = document.CreateElement("e2");
+  outer.AppendChild(inner);
+  inner.SetAttribute("xmlns:ns", "uri");
+  inner.SetAttribute("attr", "value");
+  EXPECT_EQ(outer.Xml(), "<e1 xmlns=\"u\"><e2 xmlns=\"\" xmlns:ns=\"uri\" attr=\"value\"/></e1>");
+  inner.AppendChild(document.CreateElement("e3"));
+  EXPECT_EQ(inner.Xml(), "<e2 xmlns:ns=\"uri\" attr=\"value\"><e3/></e2>");
+  const Node same = document.CreateNode(NodeType::kElement, "elem2", "u");
+  outer.ReplaceChild(same, inner);
+  EXPECT_EQ(outer.Xml(), "<e1 xmlns=\"u\"><elem2/></e1>");
+  EXPECT_EQ(same.Xml(), "<elem2 xmlns=\"u\"/>");
+  EXPECT_EQ(outer.Attributes().Length(), 0);
+}
+
+TEST(CreatedTrees, LoadAgainAsTheyWere) {
+  const Document document = NewDomDocument();
+  const Node root = document.CreateNode(NodeType::kElement, "p:r", "u");
+  document.AsNode().AppendChild(root);
+  root.AppendChild(document.CreateNode(NodeType::kElement, "d", "v"))
+      .AppendChild(document.CreateElement("n"));
+  root.SetAttributeNode(document.CreateNode(NodeType::kAttribute, "q:a", "w"));
+  root.AppendChild(document.CreateTextNode("a<b&c>\"'\t\n\xC3\xA4"));
+  const Document again = Parsed(document.Xml());
+  EXPECT_EQ(again.Xml(), document.Xml());
+  EXPECT_EQ(again.DocumentElement().NamespaceUri(), "u");
+  EXPECT_EQ(Named(again, "d").NamespaceUri(), "v");
+  EXPECT_EQ(Named(again, "n").NamespaceUri(), std::nullopt);
+  EXPECT_EQ(again.DocumentElement().GetAttributeNode("q:a").NamespaceUri(), "w");
+  EXPECT_EQ(again.DocumentElement().Text(), document.DocumentElement().Text());
+}
+
 }  // namespace
 }  // namespace kx::dom
