@@ -19,8 +19,7 @@
 namespace kx::test {
 namespace {
 
-// The suite of 2013 has this many tests, and so many canonical forms of documents that need nothing
-// external; a smaller count means that a part of it is missing.
+// The suite of 2013 has this many tests; a smaller count means that a part of it is missing.
 constexpr std::size_t kTests = 2585;
 // Of the 394 documents with a stated canonical form, those whose form stands on no external entity.
 constexpr int kLeastForms = 328;
