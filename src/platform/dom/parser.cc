@@ -190,8 +190,7 @@ const char* Parser::ParsePseudoAttribute(const char* p, NodeId node, std::string
   value = {p + 1, static_cast<std::size_t>(close - p - 1)};
   EnsureNodeRoom(p);
   NodeRecord& record = nodes_[AppendAttribute(node, names_.InternName(name, kNoUri), last)];
-  SetRange(record, p + 1, close);
-  if (!value.empty()) record.flags |= kInlineText;
+  SetInlineText(record, p + 1, close);
   p = close + 1;
   if (!IsSpace(*p) && *p != '?') {
     FailUnlessEnd(ParseCode::kExpectedWhiteSpaceOrQuestion, p, ParseCode::kUnclosedPi);

@@ -171,8 +171,7 @@ const char* Parser::ParseSlowValue(const char* p, const char* from, NodeId attri
     p = run.at;
   }
   if (last == kNoNode) {
-    SetRange(nodes_[attribute], start, write);
-    if (write != start) nodes_[attribute].flags |= kInlineText;
+    SetInlineText(nodes_[attribute], start, write);
   } else {
     flush();
     nodes_[attribute].last = last;

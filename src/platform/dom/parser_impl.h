@@ -124,6 +124,12 @@ class Parser {
     return id;
   }
   void SetRange(NodeRecord& record, const char* begin, const char* end) const noexcept;
+  /// The same for an attribute's value: an empty one is no text child.
+  void SetInlineText(NodeRecord& record, const char* begin, const char* end) const noexcept {
+    if (begin == end) return;
+    SetRange(record, begin, end);
+    record.flags |= kInlineText;
+  }
   const char* ParseLeaf(const char* p, NodeId id, std::uint32_t nameOffset);
   const char* ParseTextRun(const char* p, NodeId& parent, NodeId& last);
   void CloseElement(NodeId id) {
@@ -187,7 +193,8 @@ class Parser {
   void CheckExpandedDuplicates(NodeId element, const char* place);
   void PopBindings(NodeId element) noexcept;
   void CheckNewName(const char* begin, const char* end) const;
-  // Binding; called only while `binder_` is set. What stands in an entity fails where that is named.
+  // Binding; called only while `binder_` is set. What stands in an entity fails where that is
+  // named.
   void BindStart(NodeId element, const char* tagEnd);
   void BindText(const char* begin, const char* end, TextForm form, const char* place);
   void BindEnd(NodeId element, const char* place);
@@ -234,7 +241,7 @@ class Parser {
   PlainArray<NodeRecord, 4>& nodes_;
   const ParseOptions& options_;
   const bool dropSpace_;
-  SchemaBinder* binder_ = nullptr;  // set from when it wants to bind
+  SchemaBinder* binder_ = nullptr;    // set from when it wants to bind
   const char* base_ = nullptr;        // the parse buffer, which grows (and moves) with each entity
   const char* begin_ = nullptr;       // of the current frame
   const char* end_ = nullptr;         // of the current frame; a '<' stands there

@@ -592,5 +592,19 @@ TEST(Parser, AsksTheHostForEncodingsThatItHasNoTableOf) {
   EXPECT_EQ(DumpOfBytes(kBytes), "refused: System does not support the specified encoding.\r\n");
 }
 
+TEST(Parser, AnEmptyValueBesideADocumentTypeHasNoTextChild) {
+  for (const std::string_view text :
+       {"<!DOCTYPE a><b xx='1' c=''/>", "<!DOCTYPE a [<!ATTLIST b c CDATA ''>]><b xx='1'/>"}) {
+    DocumentData data(nullptr);
+    ParseError error;
+    ASSERT_TRUE(ParseText(data, text, {}, error)) << text;
+    const Cursor value = Cursor(&data, data.DocumentElement()).FindAttribute("c");
+    ASSERT_TRUE(value) << text;
+    EXPECT_FALSE(value.FirstChild()) << text;
+    EXPECT_FALSE(value.LastChild()) << text;
+    EXPECT_EQ(value.TextContent(), "") << text;
+  }
+}
+
 }  // namespace
 }  // namespace kx::dom
