@@ -6,7 +6,8 @@
 namespace kx::settings {
 
 void RequireStorable(std::string_view name, std::string_view text) {
-  const bool holdsNul = name.find('\0') != name.npos || text.find('\0') != text.npos;
+  constexpr std::size_t kNone = std::string_view::npos;
+  const bool holdsNul = name.find('\0') != kNone || text.find('\0') != kNone;
   if (name.empty() || holdsNul) runtime::RaiseRuntimeError(runtime::kInvalidProcedureCall);
 }
 

@@ -496,6 +496,7 @@ TEST(Files, OpenNoMoreThanTheFileNumbers) {
   host.Memory().AddFile("/x", "");
   Files files(host);
   std::vector<InputFile> open;
+  open.reserve(511);
   for (int i = 0; i < 511; ++i) open.push_back(files.OpenForInput("/x"));
   EXPECT_EQ(RuntimeErrorOfCall([&] { static_cast<void>(files.OpenForInput("/x")); }), 67);
   open.pop_back();

@@ -243,6 +243,7 @@ TEST(FileSettingsStore, LosesNothingWhenProcessesWriteAtOnce) {
   };
   const std::unique_ptr<host::HostSite> site = host::RealSite().make();
   std::vector<pid_t> children;
+  children.reserve(kProcesses);
   for (int process = 0; process < kProcesses; ++process) {
     children.push_back(Spawn([&, process] {
       FileSettingsStore store = StoreAt(*site);

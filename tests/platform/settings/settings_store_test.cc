@@ -172,6 +172,7 @@ TEST_P(AnyStore, KeepsWhatWasWrittenForTheNextStore) {
 
 TEST_P(AnyStore, ServesSeveralThreads) {
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([&, thread] {
       for (int i = 0; i < 10; ++i) {

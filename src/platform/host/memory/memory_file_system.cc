@@ -208,7 +208,8 @@ std::vector<std::string> MemoryFileSystem::AllFiles() {
     const auto [path, node] = std::move(open.back());
     open.pop_back();
     if (node->type == Type::kFile) result.push_back(path);
-    for (const auto& [name, child] : node->children) open.emplace_back(path + "/" + name, child);
+    const std::string folder = path + "/";
+    for (const auto& [name, child] : node->children) open.emplace_back(folder + name, child);
   }
   std::sort(result.begin(), result.end());
   return result;

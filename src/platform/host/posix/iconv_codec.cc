@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cerrno>
+#include <cstdint>
 #include <iconv.h>
 #include <string>
 
@@ -24,7 +26,7 @@ class Converter {
   Converter& operator=(const Converter&) = delete;
 
   [[nodiscard]] bool IsOpen() const {
-    return handle_ != reinterpret_cast<iconv_t>(-1);  // as iconv_open() tells its failure
+    return handle_ != std::bit_cast<iconv_t>(std::intptr_t{-1});  // iconv_open()'s failure
   }
 
   [[nodiscard]] text::HostConversion Convert(std::string_view input) {

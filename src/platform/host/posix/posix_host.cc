@@ -89,7 +89,7 @@ std::optional<std::string> PosixHost::Environment(std::string_view name) {
 }
 
 std::optional<std::string> PosixHost::HomeFolder() {
-  const std::optional<std::string> home = Environment("HOME");
+  std::optional<std::string> home = Environment("HOME");
   if (home && !home->empty()) return home;
   std::array<char, 16384> buffer{};
   passwd entry{};
