@@ -49,8 +49,7 @@ constexpr std::string_view kTexts[] = {"x",
                                        "]>",
                                        "'\"",
                                        "gr\xC3\xBC\xC3\x9F",
-                                       "a long run of text without any markup that a scan for the "
-                                       "next special byte has to cross in steps of sixteen"};
+                                       "text that a scan crosses in steps of sixteen"};
 constexpr std::string_view kWideTexts[] = {"\xE2\x82\xAC", "\xF0\x9D\x84\x9E", "\xE6\x97\xA5",
                                            "\xEF\xBF\xBD", "\xCE\xA9"};
 // What damage puts into a document: pieces of markup, complete and not.
@@ -395,10 +394,6 @@ class Builder {
   std::vector<std::string> plainEntities_;  // without markup: fit for attribute values
   std::vector<std::string> scope_;          // prefixes declared around the current place
 };
-
-constexpr std::string_view Builder::kContentModels[];
-constexpr std::string_view Builder::kEntityValues[];
-constexpr std::string_view Builder::kAttributeTypes[];
 
 // Damage -----------------------------------------------------------------------------------------
 

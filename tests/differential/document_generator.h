@@ -22,9 +22,9 @@ class Random {
   /// True `percent` times of a hundred.
   bool Chance(unsigned percent) noexcept { return Below(100) < percent; }
 
-  template <std::size_t count>
-  std::string_view Pick(const std::string_view (&choices)[count]) noexcept {
-    return choices[Below(count)];
+  template <std::size_t kCount>
+  std::string_view Pick(const std::string_view (&choices)[kCount]) noexcept {
+    return choices[Below(kCount)];
   }
 
  private:
