@@ -49,6 +49,7 @@ VALUE_HEADERS = {
     "include/kxmessage/error.h",
     "include/kxmessage/variant.h",
     "include/kxmessage/export.h",
+    "include/kxmessage/options.h",
 }
 
 # The published numbers of the library's own errors: for the object model, its ground included.
