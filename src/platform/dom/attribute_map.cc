@@ -50,7 +50,7 @@ Node AttributeMap::SetNamedItem(const Node& attribute) const {
 
 Node AttributeMap::Remove(const Cursor& attribute) const {
   DocumentData& data = owner_.Editable();
-  const Node removed(attribute);
+  Node removed(attribute);
   if (!removed) return removed;
   const NodeId id = removed.At().Id();
   if (owner_.Type() == NodeType::kProcessingInstruction) {

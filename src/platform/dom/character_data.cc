@@ -102,7 +102,7 @@ Node Node::SplitText(std::int32_t offset) const {
   if (split == data.size()) return {};
   const std::string head(data.substr(0, split));
   const std::string tail(data.substr(split));
-  const Node rest(&storage, storage.NewNode(at.Type(), 0));
+  Node rest(&storage, storage.NewNode(at.Type(), 0));
   storage.SetOwnText(rest.id_, tail);
   storage.SetOwnText(id_, head);
   if (const Cursor parent = at.Parent()) {

@@ -252,7 +252,7 @@ NodeId DocumentData::AdoptSubtree(DocumentData& source, NodeId id) {
 Forward DocumentData::ForwardOf(NodeId id) const { return moves_->left.find(id)->second->now; }
 
 // One of the records that lead to a moved node goes; with the last one goes its hold.
-void DocumentData::LeaveForward(runtime::Counted<MovedNode> moved) noexcept {
+void DocumentData::LeaveForward(const runtime::Counted<MovedNode>& moved) noexcept {
   if (moved->ReferenceCount() != 1) return;
   const Forward now = moved->now;
   if (!now.data->Frozen()) now.data->moves_->arrived.erase(now.id);
@@ -261,10 +261,10 @@ void DocumentData::LeaveForward(runtime::Counted<MovedNode> moved) noexcept {
 
 void DocumentData::ForgetMoved(NodeId id) noexcept {
   const auto found = moves_->left.find(id);
-  runtime::Counted<MovedNode> moved = std::move(found->second);
+  const runtime::Counted<MovedNode> moved = std::move(found->second);
   moves_->left.erase(found);
   FreeNode(id);
-  LeaveForward(std::move(moved));
+  LeaveForward(moved);
 }
 
 }  // namespace kx::dom

@@ -30,7 +30,7 @@ DocumentData::DocumentData(DocumentImpl* owner) : owner_(owner) {
 DocumentData::~DocumentData() {
   // Frozen content does not count the handles of single nodes: what they led to is let go here.
   if (!moves_) return;
-  for (auto& entry : moves_->left) LeaveForward(std::move(entry.second));
+  for (const auto& entry : moves_->left) LeaveForward(entry.second);
 }
 
 NodeId DocumentData::DocumentElement() const noexcept {

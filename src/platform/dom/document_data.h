@@ -214,7 +214,7 @@ class DocumentData {
   void ForwardAttributes(DocumentData& source, NodeId from, NodeId to);
   void ForwardTree(DocumentData& source, NodeId from, NodeId to);
   void ForgetMoved(NodeId id) noexcept;
-  static void LeaveForward(runtime::Counted<MovedNode> moved) noexcept;
+  static void LeaveForward(const runtime::Counted<MovedNode>& moved) noexcept;
   void ReleaseLast() noexcept;
 
   static constexpr std::uint16_t kMostHolds = 0xFFFF;

@@ -111,7 +111,7 @@ std::string Document::SaveBytes() const {
   if (name.empty()) return SaveText();
   const auto page = text::FindCodePage(name, Impl().settings.codec);
   if (!page) RaiseDomFailure(ParseCode::kUnknownEncoding);
-  const std::string text = SaveText();
+  std::string text = SaveText();
   if (page->Number() == text::kCodePageUtf8) return text;
   if (IsUnicode(*page)) return page->Encode("\xEF\xBB\xBF" + text);
   return page->Encode(text::IsAscii(text) ? text : TextFor(*page, document));

@@ -88,7 +88,7 @@ Node Node::SetAttributeNode(const Node& attribute) const {
   }
   if (at.Parent()) RaiseDomFailure(DomCode::kAttributeInUse);
   CheckChangeable(element);
-  const Node replaced(element.FindAttribute(at.QualifiedName()));
+  Node replaced(element.FindAttribute(at.QualifiedName()));
   if (IsDeclarationName(at.QualifiedName())) {
     if (replaced) RaiseDomFailure(DomCode::kAccessDenied);
     CheckDeclaration(element, at.QualifiedName(), at.TextContent());
