@@ -395,11 +395,13 @@ TEST(Document, FrozenIsReadByManyThreads) {
   Document document = Parsed("<a><b c='1'>t</b><b c='2'>u</b></a>");
   document.Freeze();
   std::vector<std::thread> threads;
+  threads.reserve(4);
   std::vector<int> counts(4, 0);
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([document, thread, &counts] {
       for (int round = 0; round < 2000; ++round) {
-        const Document own = document;
+        Document own;
+        own = document;  // each round makes and drops handles
         for (Node at = own.DocumentElement().FirstChild(); at; at = at.NextSibling()) {
           const Node text = at.FirstChild();
           counts[static_cast<std::size_t>(thread)] +=

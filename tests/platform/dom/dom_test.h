@@ -39,8 +39,8 @@ Raised RaisedBy(const Call& call) {
 }
 
 /// E_FAIL and E_INVALIDARG with a text, which gets its CR LF here.
-inline Raised Fail(std::string text) { return {kStatusFail, text + "\r\n", "msxml3.dll"}; }
-inline Raised BadArgument(std::string text = "The parameter is incorrect.") {
+inline Raised Fail(const std::string& text) { return {kStatusFail, text + "\r\n", "msxml3.dll"}; }
+inline Raised BadArgument(const std::string& text = "The parameter is incorrect.") {
   return {kStatusInvalidArgument, text + "\r\n", "msxml3.dll"};
 }
 inline Raised ObjectNotSet() {
