@@ -198,6 +198,11 @@ constexpr Explanation kExplanations[] = {
      [](const Comparison& c) {
        return OnlyLibxmlAccepts(c, ParseCode::kExpectedWhiteSpaceOrQuestion);
      }},
+    {"NUL in libxml2", "libxml2 takes a NUL character after the root for the end of the document",
+     [](const Comparison& c) {
+       return OnlyLibxmlAccepts(c, ParseCode::kBadCharInText) &&
+              c.bytes.find('\0') != std::string_view::npos;
+     }},
     {"depth of libxml2", "libxml2 refuses more than 256 open elements",
      [](const Comparison& c) {
        return c.ours->accepted && LibxmlIs(c, XML_ERR_INTERNAL_ERROR) &&

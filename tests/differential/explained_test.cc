@@ -41,6 +41,7 @@ constexpr KindCase kKindCases[] = {
     {"colons in declared names", Peer::kExpat, "<!DOCTYPE a [<!ATTLIST b c:.d CDATA ''>]><a/>"},
     {"white space in the XML declaration", Peer::kLibxml,
      "<?xml version='1.0' encoding='UTF-8'standalone='yes'?><a/>"},
+    {"NUL in libxml2", Peer::kLibxml, {"<a/>\0", 5}},
 };
 
 Reading ReadWith(Peer peer, std::string_view document) {

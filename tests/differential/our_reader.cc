@@ -67,8 +67,9 @@ Reading ReadWithOurs(std::string_view bytes) {
   reading.accepted = ParseBytes(document, bytes, options, error);
   if (!reading.accepted) {
     reading.code = static_cast<std::uint32_t>(error.code);
+    const std::string reason = error.reason.substr(0, error.reason.find('\r'));
     reading.message =
-        error.reason + " at " + std::to_string(error.line) + ":" + std::to_string(error.linePos);
+        reason + " at " + std::to_string(error.line) + ":" + std::to_string(error.linePos);
     return reading;
   }
   NeutralTree tree;
