@@ -1,0 +1,398 @@
+// Conditions and comparisons. See evaluator.h.
+#include "platform/datatypes/date_text_form.h"
+#include "platform/datatypes/lexical.h"
+#include "platform/dom/dom_error.h"
+#include "platform/patterns/evaluator.h"
+#include "platform/patterns/evaluator_value.h"
+#include "platform/patterns/value.h"
+
+#include <array>
+#include <cmath>
+
+namespace kx::patterns {
+
+using datatypes::DataType;
+using dom::kNoNode;
+using dom::NodeId;
+using dom::NodeType;
+
+namespace {
+
+std::optional<double> ReadDateAs(DataType type, std::string_view text) {
+  const auto parts = datatypes::ReadDateParts(type, datatypes::TrimSpace(text));
+  return parts ? datatypes::DateValue(*parts) : std::nullopt;
+}
+
+// A date, a time, or both, with or without a zone.
+double ReadDate(std::string_view text) {
+  for (const DataType type : {DataType::kDateTimeTz, DataType::kTimeTz}) {
+    if (const std::optional<double> date = ReadDateAs(type, text)) return *date;
+  }
+  return kUnreadable;
+}
+
+std::optional<double> ReadBoolean(std::string_view text) {
+  text = datatypes::TrimSpace(text);
+  if (text == "1" || text == "true") return 1;
+  if (text == "0" || text == "false") return 0;
+  return std::nullopt;
+}
+
+constexpr bool IsNumericType(DataType type) {
+  switch (type) {
+    case DataType::kNumber:
+    case DataType::kFloat:
+    case DataType::kFixed144:
+    case DataType::kR4:
+    case DataType::kR8:
+      return true;
+    default:
+      return datatypes::IsIntegerType(type);
+  }
+}
+
+}  // namespace
+
+// Conditions -------------------------------------------------------------------------------------
+
+bool Evaluator::IsTrue(ExprId id, const Place& place) {
+  const Expr& expr = code_.exprs[id];
+  switch (expr.kind) {
+    case ExprKind::kPath:
+    case ExprKind::kUnion:
+      return Exists(id, place.node);
+    case ExprKind::kAnd:
+    case ExprKind::kOr:
+      return HoldsForList(expr, place);
+    case ExprKind::kNot:
+      return !IsTrue(expr.left, place);
+    case ExprKind::kCompare:
+      return HoldsComparison(id, place);
+    default:
+      return IsValueTrue(OperandValue(id, place));
+  }
+}
+
+// "and" ends at the first that is false, "or" at the first that is true.
+bool Evaluator::HoldsForList(const Expr& expr, const Place& place) {
+  const bool decisive = expr.kind == ExprKind::kOr;
+  for (std::uint32_t i = 0; i < expr.count; ++i) {
+    if (IsTrue(code_.links[expr.first + i], place) == decisive) return decisive;
+  }
+  return !decisive;
+}
+
+bool Evaluator::IsValueTrue(const Value& value) {
+  switch (value.kind) {
+    case ValueKind::kNothing:
+      return false;
+    case ValueKind::kText:
+      return !value.text.empty();
+    case ValueKind::kDate:
+      return !std::isnan(value.number);
+    case ValueKind::kNode: {
+      const Value typed = TypedValueOf(value.node);
+      if (typed.kind != ValueKind::kNothing) return IsValueTrue(typed);
+      return !TextOf(value.node, leftText_).empty();
+    }
+    default:
+      return value.number != 0 && !std::isnan(value.number);
+  }
+}
+
+// Comparisons ------------------------------------------------------------------------------------
+
+bool Evaluator::HoldsComparison(ExprId id, const Place& place) {
+  const Expr& expr = code_.exprs[id];
+  if (expr.quantifier != Quantifier::kFirst) return HoldsForMembers(id, place);
+  const Value left = OperandValue(expr.left, place);
+  if (left.kind == ValueKind::kNothing) return false;
+  return HoldsForValues(expr, left, OperandValue(expr.right, place));
+}
+
+// The nodes that $any$ and $all$ go through; kNoExpr where there is just one value.
+ExprId Evaluator::MembersOf(const Expr& expr) const {
+  const Expr& left = code_.exprs[expr.left];
+  return left.kind == ExprKind::kInfo ? left.left : expr.left;
+}
+
+bool Evaluator::HoldsForMembers(ExprId id, const Place& place) {
+  const Expr& expr = code_.exprs[id];
+  const ExprId members = MembersOf(expr);
+  if (members == kNoExpr) {
+    return HoldsForValues(expr, OperandValue(expr.left, place), OperandValue(expr.right, place));
+  }
+  if (code_.exprs[members].straight || !code_.exprs[expr.right].invariant) {
+    return HoldsDirectly(expr, members, place);
+  }
+  if (code_.exprs[members].invariant) {
+    auto known = Remembered().invariants[id].holds;
+    if (!known) known = HoldsDirectly(expr, members, place);
+    Remembered().invariants[id].holds = known;
+    return *known;
+  }
+  return HoldsByWatching(id, members, place);
+}
+
+bool Evaluator::HoldsDirectly(const Expr& expr, ExprId members, const Place& place) {
+  const bool decisive = expr.quantifier == Quantifier::kAny;
+  const Value right = OperandValue(expr.right, place);
+  if (right.kind == ValueKind::kNothing) return RightMissing(expr, members, place);
+  const std::size_t base = stack_.size();
+  PushSet(members, place.node);
+  const std::size_t end = stack_.size();
+  const auto count = static_cast<std::uint32_t>(end - base);
+  bool holds = !decisive;
+  for (std::size_t i = base; i < end && holds != decisive; ++i) {
+    const Place member{stack_[i], static_cast<std::uint32_t>(i - base), count};
+    ++work_;
+    if (HoldsForMember(expr, member, right) == decisive) holds = decisive;
+  }
+  stack_.resize(base);
+  return holds;
+}
+
+// Compared with nothing no member holds: only "all" of none at all do.
+bool Evaluator::RightMissing(const Expr& expr, ExprId members, const Place& place) {
+  return expr.quantifier == Quantifier::kAll && !Exists(members, place.node);
+}
+
+// As FirstByWatching. The table knows for each context node a member that decides: one that holds
+// for "any", one that does not for "all".
+bool Evaluator::HoldsByWatching(ExprId id, ExprId members, const Place& place) {
+  const Expr& expr = code_.exprs[id];
+  const Expr& left = code_.exprs[expr.left];
+  const bool asksPlaces = left.kind == ExprKind::kInfo &&
+                          (left.method == InfoMethod::kIndex || left.method == InfoMethod::kEnd);
+  if (!asksPlaces && Remembered().sites[id].work > patience_) {
+    if (Remembered().sites[id].table.empty()) {
+      std::vector<Rank> table = Tabulate(members, DecidingRanks(expr));
+      Remembered().sites[id].table = std::move(table);
+    }
+    const Rank rank = Index().RankOf(place.node);
+    if (rank != kNoRank) {
+      const bool found = Remembered().sites[id].table[rank] != kNoRank;
+      return found == (expr.quantifier == Quantifier::kAny);
+    }
+  }
+  const std::uint64_t before = work_;
+  const bool holds = HoldsDirectly(expr, members, place);
+  Remembered().sites[id].work += work_ - before;
+  return holds;
+}
+
+// Each node that decides the comparison by itself, at its own rank.
+std::vector<Rank> Evaluator::DecidingRanks(const Expr& expr) {
+  const bool decisive = expr.quantifier == Quantifier::kAny;
+  const Value right = OperandValue(expr.right, {start_, 0, 1});
+  std::vector<Rank> ranks = OwnRanks();
+  for (Rank rank = 0; rank < ranks.size(); ++rank) {
+    const Place member{Index().NodeAt(rank), 0, 1};
+    const bool holds = right.kind != ValueKind::kNothing && HoldsForMember(expr, member, right);
+    if (holds != decisive) ranks[rank] = kNoRank;
+  }
+  return ranks;
+}
+
+bool Evaluator::HoldsForMember(const Expr& expr, const Place& member, const Value& right) {
+  const Expr& left = code_.exprs[expr.left];
+  if (left.kind != ExprKind::kInfo) return HoldsForValues(expr, NodeValue(member.node), right);
+  return HoldsForValues(expr, MethodValue(left, member), right);
+}
+
+// The right operand decides how its left one is read. What number() or date() cannot read has no
+// text either: it is unequal to everything.
+bool Evaluator::HoldsForValues(const Expr& expr, const Value& left, const Value& right) {
+  if (left.kind == ValueKind::kNothing || right.kind == ValueKind::kNothing) return false;
+  if (std::isnan(left.number)) return expr.comparison == Comparison::kNotEqual;
+  switch (right.kind) {
+    case ValueKind::kNode:
+      return HoldsForNodes(expr, left, right);
+    case ValueKind::kText:
+      return HoldsForTexts(expr.comparison, expr.caseRule, TextOf(left, leftText_), right.text);
+    case ValueKind::kDate:
+      return HoldsForNumbers(expr.comparison, DateOf(left), right.number);
+    default:
+      return HoldsForNumbers(expr.comparison, NumberOf(left), right.number);
+  }
+}
+
+// Two typed values of one kind compare as such, anything else as texts.
+bool Evaluator::HoldsForNodes(const Expr& expr, const Value& left, const Value& right) {
+  if (left.kind == ValueKind::kNode) {
+    const Value typed = TypedValueOf(left.node);
+    if (typed.kind != ValueKind::kNothing) {
+      const Value other = TypedValueOf(right.node);
+      if (other.kind == typed.kind) {
+        return HoldsForNumbers(expr.comparison, typed.number, other.number);
+      }
+    }
+  }
+  const std::string_view text = TextOf(left, leftText_);
+  return HoldsForTexts(expr.comparison, expr.caseRule, text, TextOf(right.node, rightText_));
+}
+
+// Operands ---------------------------------------------------------------------------------------
+
+Evaluator::Value Evaluator::OperandValue(ExprId id, const Place& place) {
+  const Expr& expr = code_.exprs[id];
+  switch (expr.kind) {
+    case ExprKind::kLiteral:
+      return TextValue(code_.Literal(expr.count));
+    case ExprKind::kNumber:
+      return NumberValue(expr.number);
+    case ExprKind::kInfo:
+      return InfoValue(expr, place);
+    default:
+      return NodeValue(FirstOf(id, place.node));
+  }
+}
+
+// Of "path!method()" the first node that the path finds is asked; its place is the one that it has
+// in the path's set.
+Evaluator::Value Evaluator::InfoValue(const Expr& expr, const Place& place) {
+  if (expr.left == kNoExpr) return MethodValue(expr, place);
+  const NodeId first = FirstOf(expr.left, place.node);
+  if (first == kNoNode) return {};
+  Place subject{first, 0, 1};
+  if (expr.method == InfoMethod::kEnd) {
+    const std::size_t base = stack_.size();
+    PushSet(expr.left, place.node);
+    subject.count = static_cast<std::uint32_t>(stack_.size() - base);
+    stack_.resize(base);
+  }
+  return MethodValue(expr, subject);
+}
+
+Evaluator::Value Evaluator::MethodValue(const Expr& expr, const Place& subject) {
+  const NodeType type = At(subject.node).Type();
+  switch (expr.method) {
+    case InfoMethod::kIndex:
+      return NumberValue(subject.index);
+    case InfoMethod::kEnd:
+      return {ValueKind::kTruth, kNoNode, {}, subject.index + 1 == subject.count ? 1.0 : 0.0};
+    case InfoMethod::kNodeName:
+      return TextValue(NodeNameOf(subject.node));
+    case InfoMethod::kNodeType:
+      return NumberValue(static_cast<double>(type));
+    case InfoMethod::kNodeTypeString:
+      return TextValue(dom::NodeTypeName(type));
+    case InfoMethod::kValue:
+      return NodeValue(subject.node);
+    default:
+      return ConvertedValue(expr, subject.node);
+  }
+}
+
+// number() and date(), of the node itself or of their argument.
+Evaluator::Value Evaluator::ConvertedValue(const Expr& expr, NodeId subject) {
+  if (expr.right != kNoExpr) {
+    const Expr& argument = code_.exprs[expr.right];
+    if (argument.kind == ExprKind::kLiteral) {
+      const std::string_view text = code_.Literal(argument.count);
+      return {ValueKind::kDate, kNoNode, text, ReadDate(text)};
+    }
+    subject = FirstOf(expr.right, subject);
+    if (subject == kNoNode) return {};
+  }
+  if (expr.method == InfoMethod::kNumber) return NumberValue(NumberOf(NodeValue(subject)));
+  return {ValueKind::kDate, subject, {}, DateOf(NodeValue(subject))};
+}
+
+std::string_view Evaluator::NodeNameOf(NodeId node) const {
+  switch (At(node).Type()) {
+    case NodeType::kText:
+      return "#text";
+    case NodeType::kCData:
+      return "#cdata-section";
+    case NodeType::kComment:
+      return "#comment";
+    case NodeType::kDocument:
+      return "#document";
+    case NodeType::kDocumentFragment:
+      return "#document-fragment";
+    default:
+      return At(node).QualifiedName();
+  }
+}
+
+// Readings of a value ----------------------------------------------------------------------------
+
+std::string_view Evaluator::TextOf(NodeId node, std::string& buffer) {
+  if (texts_.Work() > patience_ && !textsIndexed_) {
+    textsIndexed_ = true;
+    texts_.Use(Index());
+  }
+  return texts_.Of(At(node), buffer);
+}
+
+std::string_view Evaluator::TextOf(const Value& value, std::string& buffer) {
+  if (value.node != kNoNode) return TextOf(value.node, buffer);
+  switch (value.kind) {
+    case ValueKind::kNumber:
+    case ValueKind::kTruth:
+      buffer = WriteNumber(value.number);
+      return buffer;
+    default:
+      return value.text;
+  }
+}
+
+double Evaluator::NumberOf(const Value& value) {
+  switch (value.kind) {
+    case ValueKind::kNode: {
+      const Value typed = TypedValueOf(value.node);
+      if (typed.kind != ValueKind::kNothing) return typed.number;
+      return ReadNumber(TextOf(value.node, leftText_));
+    }
+    case ValueKind::kText:
+      return ReadNumber(value.text);
+    default:
+      return value.number;
+  }
+}
+
+double Evaluator::DateOf(const Value& value) {
+  switch (value.kind) {
+    case ValueKind::kNode: {
+      const Value typed = TypedValueOf(value.node);
+      if (typed.kind == ValueKind::kDate) return typed.number;
+      return ReadDate(TextOf(value.node, leftText_));
+    }
+    case ValueKind::kText:
+      return ReadDate(value.text);
+    default:
+      return value.number;
+  }
+}
+
+DataType Evaluator::TypeOf(NodeId node) const {
+  if (dom::IsInlineTextId(node)) return DataType::kNone;
+  const NodeRecord& record = records_[node];
+  if (record.type != NodeType::kElement && record.type != NodeType::kAttribute) {
+    return DataType::kNone;
+  }
+  if (options_.typing != nullptr) return options_.typing->TypeOf(At(node));
+  const bool typed = record.type == NodeType::kElement && record.firstAttribute != kNoNode;
+  return typed ? WrittenType(At(node)) : DataType::kNone;
+}
+
+// The number or date of a node with such a type; nothing for others, and for a text that does not
+// suit the type.
+Evaluator::Value Evaluator::TypedValueOf(NodeId node) {
+  const DataType type = TypeOf(node);
+  if (type == DataType::kNone) return {};
+  if (datatypes::IsDateType(type)) {
+    const auto date = ReadDateAs(type, TextOf(node, leftText_));
+    return date ? Value{ValueKind::kDate, kNoNode, {}, *date} : Value{};
+  }
+  if (type == DataType::kBoolean) {
+    const auto truth = ReadBoolean(TextOf(node, leftText_));
+    return truth ? NumberValue(*truth) : Value{};
+  }
+  if (!IsNumericType(type)) return {};
+  const std::string_view text = TextOf(node, leftText_);
+  return datatypes::IsTextOf(type, text) ? NumberValue(ReadNumber(text)) : Value{};
+}
+
+}  // namespace kx::patterns

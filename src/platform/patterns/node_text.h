@@ -1,0 +1,46 @@
+// The text of a node as comparisons see it: its `text` property. Concatenated text and CDATA below
+// an element; the data of everything else; trimmed at both ends, CDATA excepted, in a document that
+// does not preserve white space.
+//
+// Texts that lie in one piece are views of the document. The others are put together, and the work
+// of that is counted: when it exceeds the document's size, whoever asks may supply a TreeIndex.
+#pragma once
+
+#include "platform/dom/cursor.h"
+#include "platform/patterns/tree_index.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kx::patterns {
+
+class NodeTexts {
+ public:
+  explicit NodeTexts(const dom::DocumentData& data) noexcept;
+
+  /// The text, in `buffer` when it has to be put together. Kept in step with Node::Text() by a
+  /// test.
+  [[nodiscard]] std::string_view Of(const dom::Cursor& node, std::string& buffer);
+
+  /// Nodes visited to put texts together so far.
+  [[nodiscard]] std::uint64_t Work() const noexcept { return work_; }
+  /// From now on texts come from `index`, which outlives this.
+  void Use(const TreeIndex& index);
+
+ private:
+  [[nodiscard]] std::string_view Collect(const dom::Cursor& node, std::string& buffer,
+                                         TreeIndex::Part& fixed);
+  [[nodiscard]] bool IsTrimmed(const dom::Cursor& node);
+  [[nodiscard]] bool KeepsSpace(const dom::Cursor& node);
+
+  const dom::DocumentData* data_;
+  const TreeIndex* index_ = nullptr;
+  std::vector<bool> keepsSpace_;  // by rank in index_, when any node may keep its space
+  std::uint64_t work_ = 0;
+  bool trims_;           // the document does not preserve white space
+  bool someKeepsSpace_;  // but some xml:space may say otherwise
+};
+
+}  // namespace kx::patterns

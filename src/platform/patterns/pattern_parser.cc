@@ -1,0 +1,757 @@
+// See pattern_parser.h.
+#include "platform/patterns/pattern_parser.h"
+
+#include "platform/patterns/pattern_lexer.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <utility>
+
+namespace kx::patterns {
+
+namespace {
+
+using dom::NodeType;
+
+constexpr std::uint16_t kElements = TypeBit(NodeType::kElement);
+constexpr std::uint16_t kAttributes = TypeBit(NodeType::kAttribute);
+constexpr std::uint16_t kTexts = TypeBit(NodeType::kText);
+constexpr std::uint16_t kCDatas = TypeBit(NodeType::kCData);
+constexpr std::uint16_t kComments = TypeBit(NodeType::kComment);
+constexpr std::uint16_t kInstructions = TypeBit(NodeType::kProcessingInstruction);
+constexpr std::uint16_t kAllKinds = 0xFFFF;
+
+// The methods that give nodes. Those with a name may have it as their one argument.
+enum class NameArgument : unsigned char { kNone, kAllowed };
+struct CollectionMethod {
+  std::string_view name;
+  std::uint16_t types;
+  Axis axis = Axis::kChild;
+  NameArgument argument = NameArgument::kNone;
+};
+constexpr CollectionMethod kCollectionMethods[] = {
+    {"attribute", kAttributes, Axis::kAttribute, NameArgument::kAllowed},
+    {"element", kElements, Axis::kChild, NameArgument::kAllowed},
+    {"pi", kInstructions, Axis::kChild, NameArgument::kAllowed},
+    {"node", kAllKinds},
+    {"comment", kComments},
+    {"textnode", kTexts},
+    {"textNode", kTexts},
+    {"cdata", kCDatas},
+    {"text", static_cast<std::uint16_t>(kTexts | kCDatas)},
+};
+
+// The methods that give a value.
+enum class InfoArgument : unsigned char { kNone, kNodes, kNodesOrLiteral };
+struct InfoMethodEntry {
+  std::string_view name;
+  InfoMethod method;
+  InfoArgument argument = InfoArgument::kNone;
+};
+constexpr InfoMethodEntry kInfoMethods[] = {
+    {"index", InfoMethod::kIndex},
+    {"end", InfoMethod::kEnd},
+    {"nodeName", InfoMethod::kNodeName},
+    {"nodeType", InfoMethod::kNodeType},
+    {"nodeTypeString", InfoMethod::kNodeTypeString},
+    {"value", InfoMethod::kValue},
+    {"number", InfoMethod::kNumber, InfoArgument::kNodes},
+    {"date", InfoMethod::kDate, InfoArgument::kNodesOrLiteral},
+};
+
+template <class Entry, std::size_t N>
+const Entry* FindMethod(const Entry (&table)[N], std::string_view name) {
+  for (const Entry& entry : table) {
+    if (entry.name == name) return &entry;
+  }
+  return nullptr;
+}
+
+std::string_view NameOf(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::kEnd:
+      return "eof";
+    case TokenKind::kName:
+      return "NAME";
+    case TokenKind::kLiteral:
+      return "STRING";
+    case TokenKind::kNumber:
+      return "NUMBER";
+    case TokenKind::kOpen:
+      return "(";
+    case TokenKind::kClose:
+      return ")";
+    case TokenKind::kOpenBracket:
+      return "[";
+    case TokenKind::kCloseBracket:
+      return "]";
+    case TokenKind::kCompare:
+      return "=";
+    default:
+      return {};  // never expected, and found ones are shown as written
+  }
+}
+
+// What an operand is worth: a path or union gives nodes; a comparison, "not", "and" and "or" a
+// truth; an information method a value.
+enum class Worth : unsigned char { kNodes, kTruth, kValue };
+
+struct Operand {
+  ExprId expr = kNoExpr;
+  Worth worth = Worth::kNodes;
+  TextRange where;
+};
+
+class PatternParser {
+ public:
+  PatternParser(Code& code, std::span<const NamespacePrefix> prefixes)
+      : code_(code), prefixes_(prefixes), lexer_(code.text) {
+    Advance();
+  }
+
+  void ParseAll() {
+    const Operand all = ParseOr();
+    Require(TokenKind::kEnd);
+    code_.root = all.expr;
+    code_.result = all.worth == Worth::kNodes ? PatternResult::kNodes : PatternResult::kTruth;
+  }
+
+ private:
+  // Tokens ---------------------------------------------------------------------------------------
+
+  void Advance() {
+    lastEnd_ = token_.where.begin + token_.where.length;
+    token_ = lexer_.Next();
+  }
+  bool Accept(TokenKind kind) {
+    if (token_.kind != kind) return false;
+    Advance();
+    return true;
+  }
+  void Require(TokenKind kind) {
+    if (token_.kind != kind) RaiseExpected(NameOf(kind));
+  }
+  void Expect(TokenKind kind) {
+    Require(kind);
+    Advance();
+  }
+  [[noreturn]] void RaiseExpected(std::string_view expected) const {
+    const std::string_view name = NameOf(token_.kind);
+    const bool named = token_.kind == TokenKind::kEnd || token_.kind == TokenKind::kName ||
+                       token_.kind == TokenKind::kLiteral || token_.kind == TokenKind::kNumber;
+    RaiseUnexpectedToken(expected, named ? name : lexer_.TextOf(token_.where), lexer_.Text(),
+                         token_.where);
+  }
+  [[noreturn]] void RaiseAt(PatternFault fault, TextRange where) const {
+    RaisePatternError(fault, lexer_.Text(), where);
+  }
+  [[nodiscard]] TextRange Since(std::size_t begin) const { return {begin, lastEnd_ - begin}; }
+  void RequireNodes(const Operand& operand) const {
+    if (operand.worth != Worth::kNodes) RaiseAt(PatternFault::kNotANodeSet, operand.where);
+  }
+
+  // Adding to the code ---------------------------------------------------------------------------
+
+  template <class T>
+  static std::uint32_t Append(std::vector<T>& list, T value) {
+    list.push_back(std::move(value));
+    return static_cast<std::uint32_t>(list.size() - 1);
+  }
+  // Moves what was put aside from number `base` on to the end of `list`.
+  template <class T>
+  static std::uint32_t MoveAside(std::vector<T>& aside, std::size_t base, std::vector<T>& list) {
+    const auto first = static_cast<std::uint32_t>(list.size());
+    list.insert(list.end(), aside.begin() + static_cast<std::ptrdiff_t>(base), aside.end());
+    aside.resize(base);
+    return first;
+  }
+  ExprId AddExpr(const Expr& expr) { return Append(code_.exprs, expr); }
+  [[nodiscard]] const Expr& At(ExprId id) const { return code_.exprs[id]; }
+
+  // Conditions -----------------------------------------------------------------------------------
+
+  Operand ParseOr() {
+    if (++depth_ > kMostNesting) RaiseAt(PatternFault::kTooDeep, token_.where);
+    const Operand result = ParseList(ExprKind::kOr);
+    --depth_;
+    return result;
+  }
+
+  Operand ParseMember(ExprKind list) {
+    switch (list) {
+      case ExprKind::kOr:
+        return ParseList(ExprKind::kAnd);
+      case ExprKind::kAnd:
+        return ParseNot();
+      default:
+        return ParseComparison();
+    }
+  }
+
+  bool AcceptListOperator(ExprKind list) {
+    switch (list) {
+      case ExprKind::kOr:
+        return Accept(TokenKind::kOr) || AcceptWord("or");
+      case ExprKind::kAnd:
+        return Accept(TokenKind::kAnd) || AcceptWord("and");
+      default:
+        return Accept(TokenKind::kBar);
+    }
+  }
+
+  bool AcceptWord(std::string_view word) {
+    if (token_.kind != TokenKind::kName || lexer_.TextOf(token_.where) != word) return false;
+    if (!lexer_.StandsAlone(token_.where)) return false;
+    Advance();
+    return true;
+  }
+
+  // Members of one kind side by side become one expression, however many there are.
+  Operand ParseList(ExprKind kind) {
+    const std::size_t begin = token_.where.begin;
+    const Operand first = ParseMember(kind);
+    if (!AcceptListOperator(kind)) return first;
+    const std::size_t base = linksAside_.size();
+    AddMember(kind, first);
+    do {
+      AddMember(kind, ParseMember(kind));
+    } while (AcceptListOperator(kind));
+    Expr expr;
+    expr.kind = kind;
+    expr.count = static_cast<std::uint32_t>(linksAside_.size() - base);
+    expr.invariant = kind == ExprKind::kUnion;
+    for (std::size_t i = base; i < linksAside_.size(); ++i) {
+      const Expr& member = At(linksAside_[i]);
+      expr.positional |= member.positional;
+      expr.counted |= member.counted;
+      expr.invariant &= member.invariant;
+    }
+    expr.first = MoveAside(linksAside_, base, code_.links);
+    return {AddExpr(expr), kind == ExprKind::kUnion ? Worth::kNodes : Worth::kTruth, Since(begin)};
+  }
+
+  void AddMember(ExprKind kind, const Operand& member) {
+    if (kind == ExprKind::kUnion) RequireNodes(member);
+    linksAside_.push_back(member.expr);
+  }
+
+  Operand ParseNot() {
+    const std::size_t begin = token_.where.begin;
+    std::size_t negations = 0;
+    while (Accept(TokenKind::kNot)) ++negations;
+    Operand operand;
+    if (token_.kind == TokenKind::kName && token_.isCall && lexer_.TextOf(token_.where) == "not") {
+      Advance();
+      Expect(TokenKind::kOpen);
+      operand = ParseOr();
+      Expect(TokenKind::kClose);
+      ++negations;
+    } else {
+      operand = ParseList(ExprKind::kUnion);
+    }
+    if (negations == 0) return operand;
+    // Two of them cancel out, but what is left is a truth.
+    operand.expr = Negate(operand.expr);
+    if (negations % 2 == 0) operand.expr = Negate(operand.expr);
+    return {operand.expr, Worth::kTruth, Since(begin)};
+  }
+
+  ExprId Negate(ExprId inner) {
+    Expr expr;
+    expr.kind = ExprKind::kNot;
+    expr.left = inner;
+    expr.positional = At(inner).positional;
+    expr.counted = At(inner).counted;
+    return AddExpr(expr);
+  }
+
+  Operand ParseComparison() {
+    const std::size_t begin = token_.where.begin;
+    Quantifier quantifier = Quantifier::kFirst;
+    if (Accept(TokenKind::kAny)) {
+      quantifier = Quantifier::kAny;
+    } else if (Accept(TokenKind::kAll)) {
+      quantifier = Quantifier::kAll;
+    }
+    const Operand left = ParsePath();
+    if (token_.kind != TokenKind::kCompare) {
+      if (quantifier != Quantifier::kFirst) Require(TokenKind::kCompare);
+      return left;
+    }
+    if (left.worth == Worth::kTruth) RaiseAt(PatternFault::kNotANodeSet, left.where);
+    Expr expr;
+    expr.kind = ExprKind::kCompare;
+    expr.quantifier = quantifier;
+    expr.comparison = token_.comparison;
+    expr.caseRule = token_.caseRule;
+    Advance();
+    expr.left = left.expr;
+    expr.right = ParseRightOperand();
+    expr.positional = At(expr.left).positional || At(expr.right).positional;
+    expr.counted = At(expr.left).counted || At(expr.right).counted;
+    return {AddExpr(expr), Worth::kTruth, Since(begin)};
+  }
+
+  ExprId ParseRightOperand() {
+    if (token_.kind == TokenKind::kLiteral) return TakeLiteral();
+    if (token_.kind == TokenKind::kNumber) {
+      Expr expr;
+      expr.kind = ExprKind::kNumber;
+      expr.number = token_.number;
+      expr.invariant = true;
+      Advance();
+      return AddExpr(expr);
+    }
+    const Operand right = ParsePath();
+    if (right.worth == Worth::kTruth) RaiseAt(PatternFault::kNotANodeSet, right.where);
+    return right.expr;
+  }
+
+  std::uint32_t TakeLiteralText() {
+    const TextRange content = token_.content;
+    Advance();
+    return Append(code_.literals, content);
+  }
+
+  ExprId TakeLiteral() {
+    Expr expr;
+    expr.kind = ExprKind::kLiteral;
+    expr.count = TakeLiteralText();
+    expr.invariant = true;
+    return AddExpr(expr);
+  }
+
+  // Paths ----------------------------------------------------------------------------------------
+
+  [[nodiscard]] bool AtStep() const {
+    switch (token_.kind) {
+      case TokenKind::kDot:
+      case TokenKind::kDotDot:
+      case TokenKind::kStar:
+      case TokenKind::kAt:
+      case TokenKind::kName:
+      case TokenKind::kOpen:
+        return true;
+      default:
+        return false;
+    }
+  }
+  [[nodiscard]] bool AtSlash() const {
+    return token_.kind == TokenKind::kSlash || token_.kind == TokenKind::kSlashSlash;
+  }
+
+  Operand ParsePath() {
+    const std::size_t begin = token_.where.begin;
+    Expr path;
+    path.absolute = AtSlash();
+    if (!path.absolute) {
+      if (const std::optional<Operand> value = ParseValueOrGroup()) return *value;
+    }
+    const std::size_t base = stepsAside_.size();
+    if (!path.absolute || token_.kind == TokenKind::kSlashSlash) {
+      ParseStep(path.absolute ? TakeSlash() : Descent::kNo, path.absolute);
+    } else {
+      Advance();
+      if (AtStep()) ParseStep(Descent::kNo, true);
+    }
+    while (AtSlash()) {
+      RefuseBehindAttribute(base);
+      ParseStep(TakeSlash(), true);
+    }
+    const ExprId expr = FinishPath(path, base);
+    if (token_.kind == TokenKind::kBang) return ParseBang(expr, begin);
+    return {expr, Worth::kNodes, Since(begin)};
+  }
+
+  enum class Descent : unsigned char { kNo, kYes };
+  Descent TakeSlash() {
+    const bool descends = token_.kind == TokenKind::kSlashSlash;
+    Advance();
+    return descends ? Descent::kYes : Descent::kNo;
+  }
+
+  // Nothing may follow an attribute's name in a path.
+  void RefuseBehindAttribute(std::size_t base) const {
+    if (stepsAside_.size() > base && attributeName_) RaiseExpected("eof");
+  }
+
+  // An information method, or a group that no filter or path makes a step of. The group is then
+  // what stands in it.
+  std::optional<Operand> ParseValueOrGroup() {
+    if (token_.kind == TokenKind::kName && token_.isCall) {
+      const InfoMethodEntry* entry = FindMethod(kInfoMethods, lexer_.TextOf(token_.where));
+      if (entry == nullptr) return std::nullopt;
+      const std::size_t begin = token_.where.begin;
+      const ExprId expr = ParseInfo(*entry, kNoExpr);
+      return Operand{expr, Worth::kValue, Since(begin)};
+    }
+    if (token_.kind != TokenKind::kOpen) return std::nullopt;
+    const Operand inner = ParseGroup();
+    if (!AtSlash() && token_.kind != TokenKind::kOpenBracket && token_.kind != TokenKind::kBang) {
+      return inner;
+    }
+    RequireNodes(inner);
+    openGroup_ = inner.expr;
+    return std::nullopt;
+  }
+
+  Operand ParseGroup() {
+    const std::size_t begin = token_.where.begin;
+    Advance();
+    const Operand inner = ParseOr();
+    Expect(TokenKind::kClose);
+    return {inner.expr, inner.worth, Since(begin)};
+  }
+
+  Operand ParseBang(ExprId path, std::size_t begin) {
+    Advance();
+    Require(TokenKind::kName);
+    const InfoMethodEntry* entry = FindMethod(kInfoMethods, lexer_.TextOf(token_.where));
+    if (entry == nullptr || !token_.isCall) RaiseAt(PatternFault::kUnknownMethod, token_.where);
+    const ExprId expr = ParseInfo(*entry, IsContextNode(path) ? kNoExpr : path);
+    return {expr, Worth::kValue, Since(begin)};
+  }
+
+  // True for ".": asking a method of it is asking it of the context node.
+  [[nodiscard]] bool IsContextNode(ExprId id) const {
+    const Expr& path = At(id);
+    if (path.kind != ExprKind::kPath || path.absolute || path.count != 1) return false;
+    const Step& step = code_.steps[path.first];
+    return step.axis == Axis::kSelf && !step.descend && step.filterCount == 0;
+  }
+
+  ExprId ParseInfo(const InfoMethodEntry& entry, ExprId target) {
+    Advance();
+    Expect(TokenKind::kOpen);
+    Expr expr;
+    expr.kind = ExprKind::kInfo;
+    expr.method = entry.method;
+    expr.left = target;
+    if (entry.argument != InfoArgument::kNone && token_.kind != TokenKind::kClose) {
+      expr.right = ParseInfoArgument(entry.argument);
+    }
+    Expect(TokenKind::kClose);
+    expr.invariant = expr.right != kNoExpr && At(expr.right).kind == ExprKind::kLiteral;
+    const bool asksPlace = entry.method == InfoMethod::kIndex || entry.method == InfoMethod::kEnd;
+    expr.positional = asksPlace && target == kNoExpr;
+    expr.counted = expr.positional && entry.method == InfoMethod::kEnd;
+    return AddExpr(expr);
+  }
+
+  ExprId ParseInfoArgument(InfoArgument argument) {
+    if (argument == InfoArgument::kNodesOrLiteral && token_.kind == TokenKind::kLiteral) {
+      return TakeLiteral();
+    }
+    const Operand nodes = ParseOr();
+    RequireNodes(nodes);
+    return nodes.expr;
+  }
+
+  ExprId FinishPath(Expr path, std::size_t base) {
+    DropLeadingContext(path, base);
+    path.kind = ExprKind::kPath;
+    path.count = static_cast<std::uint32_t>(stepsAside_.size() - base);
+    path.straight = !path.absolute && path.count <= kMostStraightSteps;
+    path.chain = true;
+    for (std::size_t i = base; i < stepsAside_.size(); ++i) {
+      const Step& step = stepsAside_[i];
+      path.straight &= !step.descend && step.axis <= Axis::kSelf;
+      path.chain &= step.axis <= Axis::kAttribute;
+    }
+    path.invariant = path.absolute || (path.count > 0 && BeginsAnywhere(stepsAside_[base]));
+    path.first = MoveAside(stepsAside_, base, code_.steps);
+    return AddExpr(path);
+  }
+
+  // "./a" is "a", and ".//a" is "a" at any depth.
+  void DropLeadingContext(const Expr& path, std::size_t base) {
+    if (path.absolute || stepsAside_.size() - base < 2) return;
+    const Step& step = stepsAside_[base];
+    if (step.axis != Axis::kSelf || step.filterCount != 0) return;
+    stepsAside_.erase(stepsAside_.begin() + static_cast<std::ptrdiff_t>(base));
+  }
+
+  // True for a first step that gives the same nodes for each context node.
+  [[nodiscard]] bool BeginsAnywhere(const Step& step) const {
+    switch (step.axis) {
+      case Axis::kContext:
+      case Axis::kIdText:
+        return true;
+      case Axis::kGroup:
+      case Axis::kIdNodes:
+        return !step.descend && At(step.expr).invariant;
+      default:
+        return false;
+    }
+  }
+
+  // Steps ----------------------------------------------------------------------------------------
+
+  // `inPath`: a slash stands before it.
+  void ParseStep(Descent descent, bool inPath) {
+    Step step;
+    step.descend = descent == Descent::kYes;
+    const bool isAttribute = token_.kind == TokenKind::kAt && openGroup_ == kNoExpr;
+    ParseTerm(step, inPath);
+    const std::size_t base = filtersAside_.size();
+    while (Accept(TokenKind::kOpenBracket)) filtersAside_.push_back(ParseFilter());
+    step.filterCount = static_cast<std::uint32_t>(filtersAside_.size() - base);
+    for (std::size_t i = base; i < filtersAside_.size(); ++i) {
+      step.positional |= filtersAside_[i].positional;
+      step.counted |= filtersAside_[i].counted;
+    }
+    step.firstFilter = MoveAside(filtersAside_, base, code_.filters);
+    stepsAside_.push_back(step);
+    attributeName_ = isAttribute;
+  }
+
+  void ParseTerm(Step& step, bool inPath) {
+    if (openGroup_ != kNoExpr) {
+      step.axis = Axis::kGroup;
+      step.expr = std::exchange(openGroup_, kNoExpr);
+      return;
+    }
+    switch (token_.kind) {
+      case TokenKind::kDot:
+        step.axis = Axis::kSelf;
+        return Advance();
+      case TokenKind::kDotDot:
+        step.axis = Axis::kParent;
+        return Advance();
+      case TokenKind::kAt:
+        Advance();
+        step.axis = Axis::kAttribute;
+        step.test.types = kAttributes;
+        if (token_.kind == TokenKind::kName && token_.isCall) {
+          RaiseAt(PatternFault::kUnknownMethod, token_.where);
+        }
+        return ParseNameTest(step.test);
+      case TokenKind::kOpen: {
+        const Operand inner = ParseGroup();
+        RequireNodes(inner);
+        step.axis = Axis::kGroup;
+        step.expr = inner.expr;
+        return;
+      }
+      default:
+        if (token_.kind == TokenKind::kName && token_.isCall) return ParseCall(step, inPath);
+        step.test.types = kElements;
+        return ParseNameTest(step.test);
+    }
+  }
+
+  void ParseNameTest(NodeTest& test) {
+    if (Accept(TokenKind::kStar)) return;
+    Require(TokenKind::kName);
+    const TextRange where = token_.where;
+    if (token_.prefixLength == 0) {
+      SetName(test, NameRule::kWritten, where);
+    } else {
+      ParsePrefixedName(test);
+    }
+    Advance();
+  }
+
+  void ParsePrefixedName(NodeTest& test) {
+    const TextRange where = token_.where;
+    const TextRange prefix{where.begin, token_.prefixLength};
+    const NamespacePrefix* known = FindPrefix(lexer_.TextOf(prefix));
+    if (known == nullptr) {
+      return token_.anyLocalName ? SetName(test, NameRule::kPrefix, prefix)
+                                 : SetName(test, NameRule::kWritten, where);
+    }
+    test.uri = Append(code_.uris, std::string(known->uri));
+    test.rule = NameRule::kNamespace;
+    if (token_.anyLocalName) return;
+    const std::size_t skip = prefix.length + 1;
+    SetName(test, NameRule::kNamespaceName, {where.begin + skip, where.length - skip});
+  }
+
+  [[nodiscard]] const NamespacePrefix* FindPrefix(std::string_view prefix) const {
+    const auto found = std::find_if(prefixes_.begin(), prefixes_.end(),
+                                    [prefix](const auto& entry) { return entry.prefix == prefix; });
+    return found == prefixes_.end() ? nullptr : &*found;
+  }
+
+  void SetName(NodeTest& test, NameRule rule, TextRange name) {
+    test.rule = rule;
+    test.name = Append(code_.names, name);
+  }
+
+  void ParseCall(Step& step, bool inPath) {
+    const std::string_view name = lexer_.TextOf(token_.where);
+    if (const CollectionMethod* method = FindMethod(kCollectionMethods, name)) {
+      return ParseCollectionCall(step, *method);
+    }
+    const bool isContextCall = name == "ancestor" || name == "context" || name == "id";
+    if (!isContextCall || inPath) RaiseAt(PatternFault::kUnknownMethod, token_.where);
+    Advance();
+    Expect(TokenKind::kOpen);
+    if (name == "ancestor") {
+      step.axis = Axis::kAncestor;
+      step.expr = ParseNodesArgument();
+    } else if (name == "context") {
+      ParseContextArgument(step);
+    } else {
+      ParseIdArgument(step);
+    }
+    Expect(TokenKind::kClose);
+  }
+
+  void ParseCollectionCall(Step& step, const CollectionMethod& method) {
+    Advance();
+    Expect(TokenKind::kOpen);
+    step.axis = method.axis;
+    step.test.types = method.types;
+    if (method.argument == NameArgument::kAllowed && token_.kind != TokenKind::kClose) {
+      Require(TokenKind::kLiteral);
+      SetName(step.test, NameRule::kWritten, token_.content);
+      Advance();
+    }
+    Expect(TokenKind::kClose);
+  }
+
+  ExprId ParseNodesArgument() {
+    const Operand nodes = ParseOr();
+    RequireNodes(nodes);
+    return nodes.expr;
+  }
+
+  void ParseContextArgument(Step& step) {
+    step.axis = Axis::kContext;
+    step.number = -1;
+    if (token_.kind != TokenKind::kNumber || !token_.isInteger) return;
+    step.number = ToPosition(token_.number);
+    Advance();
+  }
+
+  void ParseIdArgument(Step& step) {
+    if (token_.kind == TokenKind::kLiteral) {
+      step.axis = Axis::kIdText;
+      step.literal = TakeLiteralText();
+    } else {
+      step.axis = Axis::kIdNodes;
+      step.expr = ParseNodesArgument();
+    }
+  }
+
+  // Filters --------------------------------------------------------------------------------------
+
+  static std::int32_t ToPosition(double number) {
+    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(std::clamp(number, -kMost, kMost));
+  }
+
+  Filter ParseFilter() {
+    Filter filter;
+    if (token_.kind == TokenKind::kNumber && token_.isInteger) {
+      filter = AtPosition(token_.number);
+      Advance();
+    } else {
+      filter = Classify(ParseOr().expr);
+    }
+    Expect(TokenKind::kCloseBracket);
+    return filter;
+  }
+
+  static Filter AtPosition(double number) {
+    Filter filter;
+    filter.kind = FilterKind::kPosition;
+    filter.position = ToPosition(number);
+    filter.positional = true;
+    filter.counted = filter.position < 0;
+    return filter;
+  }
+
+  // Finds the filters that have a faster form of the same meaning.
+  [[nodiscard]] Filter Classify(ExprId id) const {
+    const Expr& expr = At(id);
+    Filter filter;
+    filter.expr = id;
+    filter.positional = expr.positional;
+    filter.counted = expr.counted;
+    if (IsPlainMethod(id, InfoMethod::kEnd)) {
+      filter.kind = FilterKind::kLast;
+    } else if (const Step* attribute = FindPlainAttribute(id)) {
+      filter.kind = FilterKind::kHasAttribute;
+      filter.name = attribute->test.name;
+    } else if (expr.kind == ExprKind::kCompare && expr.comparison == Comparison::kEqual) {
+      ClassifyEquality(expr, filter);
+    }
+    return filter;
+  }
+
+  void ClassifyEquality(const Expr& expr, Filter& filter) const {
+    const Expr& right = At(expr.right);
+    const Step* attribute = FindPlainAttribute(expr.left);
+    if (attribute != nullptr && right.kind == ExprKind::kLiteral &&
+        expr.caseRule == CaseRule::kExact && expr.quantifier != Quantifier::kAll) {
+      filter.kind = FilterKind::kAttributeEquals;
+      filter.name = attribute->test.name;
+      filter.literal = right.count;
+      return;
+    }
+    if (!IsPlainMethod(expr.left, InfoMethod::kIndex)) return;
+    const std::optional<double> position = PositionOf(right);
+    if (position) filter = AtPosition(*position);
+  }
+
+  // The place that equals a right operand, if one does: 3 and '3' do, '03' and 1.5 do not.
+  [[nodiscard]] std::optional<double> PositionOf(const Expr& right) const {
+    if (right.kind == ExprKind::kNumber) {
+      const bool isPlace = right.number >= 0 && right.number <= 1e9 &&
+                           right.number == static_cast<double>(ToPosition(right.number));
+      return isPlace ? std::optional(right.number) : std::nullopt;
+    }
+    if (right.kind != ExprKind::kLiteral) return std::nullopt;
+    const std::string_view text = code_.Literal(right.count);
+    if (text.empty() || text.size() > 9 || (text.size() > 1 && text[0] == '0')) return std::nullopt;
+    double position = 0;
+    for (const char c : text) {
+      if (c < '0' || c > '9') return std::nullopt;
+      position = position * 10 + (c - '0');
+    }
+    return position;
+  }
+
+  [[nodiscard]] bool IsPlainMethod(ExprId id, InfoMethod method) const {
+    const Expr& expr = At(id);
+    return expr.kind == ExprKind::kInfo && expr.method == method && expr.left == kNoExpr;
+  }
+
+  // The one step of "@name"; null for anything else.
+  [[nodiscard]] const Step* FindPlainAttribute(ExprId id) const {
+    const Expr& path = At(id);
+    if (path.kind != ExprKind::kPath || !path.straight || path.count != 1) return nullptr;
+    const Step& step = code_.steps[path.first];
+    const bool plain = step.axis == Axis::kAttribute && step.test.rule == NameRule::kWritten &&
+                       step.filterCount == 0;
+    return plain ? &step : nullptr;
+  }
+
+  Code& code_;
+  std::span<const NamespacePrefix> prefixes_;
+  PatternLexer lexer_;
+  Token token_;
+  std::size_t lastEnd_ = 0;  // of the token before
+  int depth_ = 0;
+  ExprId openGroup_ = kNoExpr;  // a group already read that the next step is
+  bool attributeName_ = false;  // the last step was "@name"
+  // Parts of what is being read; what they hold may have parts of its own.
+  std::vector<Step> stepsAside_;
+  std::vector<Filter> filtersAside_;
+  std::vector<ExprId> linksAside_;
+};
+
+}  // namespace
+
+runtime::Counted<Code> ParsePattern(std::string_view text,
+                                    std::span<const NamespacePrefix> prefixes) {
+  runtime::Counted<Code> code = runtime::MakeCounted<Code>();
+  code->text = text;
+  PatternParser(*code, prefixes).ParseAll();
+  return code;
+}
+
+}  // namespace kx::patterns
