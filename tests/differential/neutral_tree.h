@@ -51,6 +51,8 @@ class NeutralTree {
 
 /// Our parser's reading of `bytes`, with attribute values normalised as XML 1.0 asks.
 [[nodiscard]] Reading ReadWithOurs(std::string_view bytes);
+/// The same with attribute values as they are written, which is what callers of the DOM get.
+[[nodiscard]] Reading ReadAsWritten(std::string_view bytes);
 [[nodiscard]] Reading ReadWithExpat(std::string_view bytes);
 [[nodiscard]] Reading ReadWithLibxml(std::string_view bytes);
 

@@ -56,9 +56,11 @@ void Enter(const Cursor& node, NeutralTree& tree) {
 
 }  // namespace
 
-Reading ReadWithOurs(std::string_view bytes) {
+namespace {
+
+Reading Read(std::string_view bytes, dom::AttributeValues values) {
   dom::ParseOptions options;
-  options.attributeValues = dom::AttributeValues::kNormalised;
+  options.attributeValues = values;
   options.undeclaredEntities = dom::UndeclaredEntities::kSkipWhereXmlAllows;
   options.codec = &host::SystemCodec();
   dom::DocumentData document(nullptr);
@@ -80,6 +82,16 @@ Reading ReadWithOurs(std::string_view bytes) {
       });
   reading.tree = tree.Take();
   return reading;
+}
+
+}  // namespace
+
+Reading ReadWithOurs(std::string_view bytes) {
+  return Read(bytes, dom::AttributeValues::kNormalised);
+}
+
+Reading ReadAsWritten(std::string_view bytes) {
+  return Read(bytes, dom::AttributeValues::kAsWritten);
 }
 
 }  // namespace kx::test
