@@ -85,7 +85,9 @@ void RegisterAll(const std::string& program, std::vector<Result>& results) {
     Register("memory/" + std::string(input), results,
              [=] { return MeasureMemory(program, input); });
   }
-  for (const Row& row : DomRows()) {
+  std::vector<Row> rows = DomRows();
+  for (Row& row : XdrRows()) rows.push_back(std::move(row));
+  for (const Row& row : rows) {
     for (const std::string& input : row.inputs) {
       Register(row.name + "/" + input, results, [=] { return RunRow(row, input); });
     }

@@ -28,6 +28,12 @@ std::unique_ptr<Task> Libxml2Copy(const Workload& workload);
 std::unique_ptr<Task> PugixmlWalk(const Workload& workload);
 std::unique_ptr<Task> Libxml2Walk(const Workload& workload);
 
+/// A load and its validation against the XSD that says the same, compiled before; validation alone;
+/// compiling the XSD.
+std::unique_ptr<Task> Libxml2ParseAndValidate(const Workload& workload);
+std::unique_ptr<Task> Libxml2Validate(const Workload& workload);
+std::unique_ptr<Task> Libxml2CompileSchema();
+
 /// A document that lives as long as the object.
 class LoadedTree {
  public:

@@ -10,5 +10,7 @@ namespace kx::bench {
 
 /// Rows of the document object model: parse, serialise, copy, walk.
 std::vector<Row> DomRows();
+/// Rows of binding and validation: bind, validate, schema.
+std::vector<Row> XdrRows();
 
 }  // namespace kx::bench

@@ -15,8 +15,6 @@ namespace kx::datatypes {
 
 namespace {
 
-bool IsSpace(char c) noexcept { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
 bool IsBoolean(std::string_view text) noexcept {
   if (text.size() == 1) return text[0] == '0' || text[0] == '1';
   return text == "true" || text == "false";
@@ -71,15 +69,12 @@ bool IsTextOfNameType(DataType type, std::string_view text) noexcept {
 
 }  // namespace
 
-std::string_view TrimSpace(std::string_view text) noexcept {
-  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsSpace(text.back())) text.remove_suffix(1);
-  return text;
+bool IsTextOf(DataType type, std::string_view text) noexcept {
+  return type <= DataType::kString || IsTrimmedTextOf(type, TrimSpace(text));
 }
 
-bool IsTextOf(DataType type, std::string_view text) noexcept {
+bool IsTrimmedTextOf(DataType type, std::string_view text) noexcept {
   if (type <= DataType::kString) return true;
-  text = TrimSpace(text);
   if (IsIntegerType(type)) return IsIntegerText(type, text);
   if (IsDateType(type)) return ReadDateParts(type, text).has_value();
   if (IsNameType(type)) return IsTextOfNameType(type, text);

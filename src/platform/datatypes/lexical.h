@@ -13,11 +13,19 @@
 namespace kx::datatypes {
 
 /// `text` without blanks, tabs, CR and LF at both ends.
-[[nodiscard]] std::string_view TrimSpace(std::string_view text) noexcept;
+[[nodiscard]] inline std::string_view TrimSpace(std::string_view text) noexcept {
+  const auto isSpace = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
+  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
 
 /// True when `text` is a text of `type`; for every type but string white space at both ends does
 /// not count. An enumeration accepts any one name token here: its list is the schema's.
 [[nodiscard]] bool IsTextOf(DataType type, std::string_view text) noexcept;
+
+/// The same for a text that is trimmed already, or of type string.
+[[nodiscard]] bool IsTrimmedTextOf(DataType type, std::string_view text) noexcept;
 
 /// True for the types to which minimum and maximum lengths apply: string, number and the binary
 /// ones.

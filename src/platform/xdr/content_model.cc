@@ -121,6 +121,11 @@ bool ContentModel::IndexNames(Symbol& symbol) {
 bool ContentModel::Finish(Symbol& symbol) {
   FindNullable();
   FindEnds();
+  for (Place at = 1; at < places_.size(); ++at) {
+    const bool children =
+        places_[at].kind == Kind::kChild && (at == 1 || places_[at - 1].kind == Kind::kChild);
+    places_[at].followsLast = children && MayFollow(at - 1, at);
+  }
   return IndexNames(symbol);
 }
 

@@ -83,6 +83,17 @@ class ContentModel {
   }
   /// The next place of the same name; kStart behind the last.
   [[nodiscard]] Place NextPlace(Place place) const noexcept { return places_[place].nextSame; }
+  /// Of a model that is not ambiguous: the place that a child of that name takes behind `from`, or
+  /// kStart when it cannot come there.
+  [[nodiscard]] Place Step(Place from, Symbol symbol) const noexcept {
+    // Most often it is the one declared next.
+    const Place next = from + 1;
+    if (next < places_.size() && places_[next].symbol == symbol && places_[next].followsLast) {
+      return next;
+    }
+    const Place found = FindPlace(symbol);
+    return found != kStart && MayFollow(from, found) ? found : kStart;
+  }
   /// True when a child at `next` may come directly after one at `from` (or first, from kStart).
   [[nodiscard]] bool MayFollow(Place from, Place next) const noexcept;
   /// True when the content may end after a child at `place` (or be empty, at kStart).
@@ -115,6 +126,7 @@ class ContentModel {
     Kind kind = Kind::kChild;
     bool nullable = false;
     bool repeats = false;
+    bool followsLast = false;  ///< a child that may come behind the place before it
   };
 
   Place Add(Place parent, Node node);

@@ -6,17 +6,8 @@
 
 namespace kx::xdr {
 
-namespace {
-
-std::uint32_t Find(const Schema::NameIndex& index, std::string_view name) noexcept {
-  const auto found = index.find(name);
-  return found == index.end() ? kNoSymbol : found->second;
-}
-
-}  // namespace
-
-const AttributeUse* ElementType::FindAttribute(Symbol wanted, std::size_t& hint) const noexcept {
-  if (hint < attributes.size() && attributes[hint].symbol == wanted) return &attributes[hint++];
+const AttributeUse* ElementType::FindOtherAttribute(Symbol wanted,
+                                                    std::size_t& hint) const noexcept {
   constexpr std::size_t kFew = 8;
   if (attributes.size() > kFew) {
     const std::uint32_t index = attributeIndex.Find(wanted);
@@ -33,17 +24,17 @@ const AttributeUse* ElementType::FindAttribute(Symbol wanted, std::size_t& hint)
 }
 
 const ElementType* Schema::FindElement(std::string_view name) const noexcept {
-  const std::uint32_t index = Find(elementIndex_, name);
+  const std::uint32_t index = elementIndex_.Find(name);
   return index == kNoSymbol ? nullptr : &elements_[index];
 }
 
 const AttributeType* Schema::FindAttributeType(std::string_view name) const noexcept {
-  const std::uint32_t index = Find(attributeTypeIndex_, name);
+  const std::uint32_t index = attributeTypeIndex_.Find(name);
   return index == kNoSymbol ? nullptr : &attributeTypes_[index];
 }
 
 Symbol Schema::AttributeSymbol(std::string_view name) const noexcept {
-  return Find(attributeSymbols_, name);
+  return attributeSymbols_.Find(name);
 }
 
 // A blank cannot stand in a local name; namespaces that lead to one schema give one key.
@@ -55,13 +46,13 @@ std::string Schema::ForeignKey(std::string_view uri, std::string_view name) {
 }
 
 Symbol Schema::ForeignAttributeSymbol(std::string_view uri, std::string_view name) const noexcept {
-  if (foreignAttributeSymbols_.empty()) return kNoSymbol;
-  return Find(foreignAttributeSymbols_, ForeignKey(uri, name));
+  if (foreignAttributeSymbols_.Size() == 0) return kNoSymbol;
+  return foreignAttributeSymbols_.Find(ForeignKey(uri, name));
 }
 
 Symbol Schema::ForeignElementSymbol(std::string_view uri, std::string_view name) const noexcept {
-  if (foreignElementSymbols_.empty()) return kNoSymbol;
-  return Find(foreignElementSymbols_, ForeignKey(uri, name));
+  if (foreignElementSymbols_.Size() == 0) return kNoSymbol;
+  return foreignElementSymbols_.Find(ForeignKey(uri, name));
 }
 
 std::string Schema::ElementName(Symbol symbol, std::string_view uri) const {

@@ -8,15 +8,13 @@
 
 #include "platform/dom/document.h"
 #include "platform/runtime/counted.h"
-#include "platform/text/compare.h"
 #include "platform/xdr/content_model.h"
+#include "platform/xdr/name_index.h"
 #include "platform/xdr/value_rules.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace kx::xdr {
@@ -32,38 +30,49 @@ struct AttributeType {
   std::string defaultText;  ///< empty: none
 };
 
-/// An attribute that an element type takes.
+/// An attribute that an element type takes. What every instance needs comes first.
 struct AttributeUse {
   Symbol symbol = kNoSymbol;
+  bool checked = true;  ///< false: any text is good
+  bool required = false;
+  SharedRules rules;
+  dom::NodeId node = dom::kNoNode;  ///< its AttributeType, when this schema declares it
+  std::string defaultText;          ///< empty: none
   std::string name;                 ///< the local name
   std::string uri;                  ///< of the schema that declares it; empty: this one
   std::string prefix;               ///< by which this schema names that one
-  dom::NodeId node = dom::kNoNode;  ///< its AttributeType, when this schema declares it
-  SharedRules rules;
-  bool required = false;
-  std::string defaultText;  ///< empty: none
 
   [[nodiscard]] bool IsFixed() const noexcept { return required && !defaultText.empty(); }
 };
 
+/// A declared element type. What every instance needs comes first.
 struct ElementType {
-  std::string name;
-  dom::NodeId node = dom::kNoNode;
   Symbol symbol = kNoSymbol;
   Content content = Content::kMixed;
   bool open = true;
-  SharedRules rules;  ///< null without data type
-  ContentModel model;
+  bool hasImplied = false;  ///< some attribute is required or has a default
+  bool checksText = false;  ///< it has a data type that not every text suits
+  SharedRules rules;        ///< null without data type
+  /// Which of the first 64 attributes are required or have a default.
+  std::uint64_t implied = 0;
   std::vector<AttributeUse> attributes;
-  SymbolTable attributeIndex;  ///< filled when there are more than a few
-  bool hasImplied = false;     ///< some attribute is required or has a default
+  ContentModel model;
+  SymbolTable attributeIndex;
+  std::string name;
+  dom::NodeId node = dom::kNoNode;
 
   /// Extra elements and attributes may stand here.
   [[nodiscard]] bool TakesExtras() const noexcept {
     return open && (content == Content::kEltOnly || content == Content::kMixed);
   }
   /// The attribute of that symbol; `hint` is the index that is probably right, and is moved on.
-  [[nodiscard]] const AttributeUse* FindAttribute(Symbol wanted, std::size_t& hint) const noexcept;
+  [[nodiscard]] const AttributeUse* FindAttribute(Symbol wanted, std::size_t& hint) const noexcept {
+    if (hint < attributes.size() && attributes[hint].symbol == wanted) return &attributes[hint++];
+    return FindOtherAttribute(wanted, hint);
+  }
+
+ private:
+  const AttributeUse* FindOtherAttribute(Symbol wanted, std::size_t& hint) const noexcept;
 };
 
 /// A name in a namespace other than the schema's own.
@@ -74,9 +83,6 @@ struct ForeignName {
 
 class Schema : public runtime::AtomicCounted {
  public:
-  using NameIndex =
-      std::unordered_map<std::string, std::uint32_t, text::ExactHash, std::equal_to<>>;
-
   /// The element type of that name, or null.
   [[nodiscard]] const ElementType* FindElement(std::string_view name) const noexcept;
   /// The global AttributeType of that name, or null.

@@ -41,12 +41,13 @@ void SchemaCompiler::Declare() {
     type.content = raw.content;
     type.open = raw.open;
     type.rules = raw.rules;
-    schema.elementIndex_.emplace(type.name, type.symbol);
+    type.checksText = raw.rules && !raw.rules->TakesAnyText();
+    schema.elementIndex_.Insert(type.name, type.symbol);
     schema.elements_.push_back(std::move(type));
   }
   for (AttributeType& type : raw_.attributeTypes) {
-    schema.attributeTypeIndex_.emplace(type.name,
-                                       static_cast<std::uint32_t>(schema.attributeTypes_.size()));
+    schema.attributeTypeIndex_.Insert(type.name,
+                                      static_cast<std::uint32_t>(schema.attributeTypes_.size()));
     schema.attributeTypes_.push_back(std::move(type));
   }
 }
@@ -92,10 +93,10 @@ Symbol SchemaCompiler::ElementSymbol(const RawReference& reference) {
     return kNoSymbol;
   }
   const auto next = static_cast<Symbol>(schema.elements_.size() + schema.foreignElements_.size());
-  const auto [entry, added] =
-      schema.foreignElementSymbols_.emplace(Schema::ForeignKey(uri, reference.name), next);
-  if (added) schema.foreignElements_.push_back({uri, std::string(reference.name)});
-  return entry->second;
+  const Symbol symbol =
+      schema.foreignElementSymbols_.Insert(Schema::ForeignKey(uri, reference.name), next);
+  if (symbol == next) schema.foreignElements_.push_back({uri, std::string(reference.name)});
+  return symbol;
 }
 
 void SchemaCompiler::BuildModel(const RawElementType& raw, ElementType& type) {
@@ -129,7 +130,7 @@ void SchemaCompiler::BuildModel(const RawElementType& raw, ElementType& type) {
 
 // First among the local ones, then the global ones, then in the schema that the prefix names.
 const AttributeType* SchemaCompiler::FindAttributeType(const RawAttribute& attribute,
-                                                       const Schema::NameIndex& locals,
+                                                       const NameIndex& locals,
                                                        const RawElementType& raw,
                                                        AttributeUse& use) {
   const RawReference& reference = attribute.reference;
@@ -139,17 +140,18 @@ const AttributeType* SchemaCompiler::FindAttributeType(const RawAttribute& attri
     const Schema* other = OtherSchema(reference, use.uri);
     return other == nullptr ? nullptr : other->FindAttributeType(reference.name);
   }
-  const auto local = locals.find(reference.name);
-  const AttributeType* type = local != locals.end() ? &raw.localTypes[local->second]
-                                                    : schema_->FindAttributeType(reference.name);
+  const std::uint32_t local = locals.Find(reference.name);
+  const AttributeType* type = local != NameIndex::kNone
+                                  ? &raw.localTypes[local]
+                                  : schema_->FindAttributeType(reference.name);
   if (type != nullptr) use.node = type->node;
   return type;
 }
 
 void SchemaCompiler::ResolveAttributes(const RawElementType& raw, ElementType& type) {
-  Schema::NameIndex locals;
+  NameIndex locals;
   for (std::size_t i = 0; i < raw.localTypes.size(); ++i) {
-    locals.emplace(raw.localTypes[i].name, static_cast<std::uint32_t>(i));
+    locals.Insert(raw.localTypes[i].name, static_cast<std::uint32_t>(i));
   }
   type.attributes.reserve(raw.attributes.size());
   type.attributeIndex.Reserve(raw.attributes.size());
@@ -165,13 +167,12 @@ void SchemaCompiler::ResolveAttributes(const RawElementType& raw, ElementType& t
           node, XdrCode::kSchemaMistake,
           "The attribute '" + name + "' of ElementType '" + type.name + "' has no AttributeType.");
     }
-    Schema::NameIndex& symbols =
+    NameIndex& symbols =
         use.uri.empty() ? schema_->attributeSymbols_ : schema_->foreignAttributeSymbols_;
-    const auto next = static_cast<Symbol>(schema_->attributeSymbols_.size() +
-                                          schema_->foreignAttributeSymbols_.size());
+    const auto next = static_cast<Symbol>(schema_->attributeSymbols_.Size() +
+                                          schema_->foreignAttributeSymbols_.Size());
     use.symbol =
-        symbols.emplace(use.uri.empty() ? use.name : Schema::ForeignKey(use.uri, use.name), next)
-            .first->second;
+        symbols.Insert(use.uri.empty() ? use.name : Schema::ForeignKey(use.uri, use.name), next);
     use.rules = declared->rules;
     use.required = attribute.required || declared->required;
     use.defaultText =
@@ -190,7 +191,11 @@ void SchemaCompiler::ResolveAttributes(const RawElementType& raw, ElementType& t
       }
     }
     if (!IsGoodDefault(use)) return Report(node, XdrCode::kBadDefault, {});
-    type.hasImplied = type.hasImplied || use.required || !use.defaultText.empty();
+    use.checked = use.IsFixed() || !use.rules->TakesAnyText();
+    if (use.required || !use.defaultText.empty()) {
+      type.hasImplied = true;
+      if (type.attributes.size() < 64) type.implied |= std::uint64_t{1} << type.attributes.size();
+    }
     type.attributeIndex.Insert(use.symbol, static_cast<std::uint32_t>(type.attributes.size()));
     type.attributes.push_back(std::move(use));
   }

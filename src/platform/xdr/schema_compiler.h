@@ -41,7 +41,7 @@ class SchemaCompiler {
   void ResolveAttributes(const RawElementType& raw, ElementType& type);
   [[nodiscard]] Symbol ElementSymbol(const RawReference& reference);
   [[nodiscard]] const AttributeType* FindAttributeType(const RawAttribute& attribute,
-                                                       const Schema::NameIndex& locals,
+                                                       const NameIndex& locals,
                                                        const RawElementType& raw,
                                                        AttributeUse& use);
   [[nodiscard]] const Schema* OtherSchema(const RawReference& reference, std::string& uri);

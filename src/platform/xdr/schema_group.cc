@@ -46,9 +46,22 @@ struct Draft {
   std::string url;
   std::string bytes;  // empty for one that came as a tree
   std::string stamp;
-  dom::Document document;
-  std::unique_ptr<SchemaCompiler> compiler;
+  bool showText = true;
+  std::string location = {};
+  std::string base = {};
+  dom::Document document = {};
+  std::unique_ptr<SchemaCompiler> compiler = {};
 };
+
+Draft FromText(std::string_view uri, SchemaText text) {
+  Draft draft;
+  draft.uri = uri;
+  draft.url = std::move(text.url);
+  draft.bytes = std::move(text.bytes);
+  draft.stamp = std::move(text.stamp);
+  draft.showText = text.showText;
+  return draft;
+}
 
 class GroupBuilder {
  public:
@@ -81,6 +94,7 @@ class GroupBuilder {
     if (!document.LoadBytes(draft.bytes)) {
       error_ = document.LastError();
       error_.url = draft.url;
+      if (!draft.showText) error_.srcText.clear();
       return false;
     }
     draft.document = std::move(document);
@@ -122,7 +136,10 @@ class GroupBuilder {
         error_ = std::move(text.failure);
         return false;
       }
-      if (!Add({uri, std::move(text.url), std::move(text.bytes), std::move(text.stamp), {}, {}})) {
+      Draft draft = FromText(uri, std::move(text));
+      draft.location = uri.substr(kXSchema.size());
+      draft.base = drafts_[index].url;
+      if (!Add(std::move(draft))) {
         return false;
       }
     }
@@ -142,6 +159,7 @@ class GroupBuilder {
     dom::ParseError placed;
     if (!dom::ParseBytes(scratch, draft.bytes, options, placed)) error_ = std::move(placed);
     error_.url = draft.url;
+    if (!draft.showText) error_.srcText.clear();
   }
 
   LoadedGroup Failed() { return {{}, std::move(error_)}; }
@@ -153,8 +171,9 @@ class GroupBuilder {
   SharedGroup Finish() {
     auto group = runtime::MakeCounted<SchemaGroup>();
     for (Draft& draft : drafts_) {
-      group->members.push_back(
-          {std::move(draft.uri), draft.compiler->Result(), std::move(draft.stamp)});
+      group->members.push_back({std::move(draft.uri), draft.compiler->Result(),
+                                std::move(draft.stamp), std::move(draft.location),
+                                std::move(draft.base)});
     }
     return group;
   }
@@ -171,23 +190,17 @@ class GroupBuilder {
 LoadedGroup CompileGroup(std::string_view uri, SchemaText text, const SchemaSource& source,
                          const SchemaLimits& limits) {
   GroupBuilder builder(source, limits);
-  return builder.Build({std::string(uri),
-                        std::move(text.url),
-                        std::move(text.bytes),
-                        std::move(text.stamp),
-                        {},
-                        {}});
+  return builder.Build(FromText(uri, std::move(text)));
 }
 
 LoadedGroup CompileTree(std::string_view uri, const dom::Document& document,
                         const SchemaSource& source, const SchemaLimits& limits) {
   GroupBuilder builder(source, limits);
-  return builder.Build({std::string(uri),
-                        document.Url().value_or(std::string()),
-                        {},
-                        {},
-                        document.Clone(dom::CloneDepth::kDeep),
-                        {}});
+  Draft draft;
+  draft.uri = uri;
+  draft.url = document.Url().value_or(std::string());
+  draft.document = document.Clone(dom::CloneDepth::kDeep);
+  return builder.Build(std::move(draft));
 }
 
 }  // namespace kx::xdr

@@ -21,6 +21,13 @@ struct SchemaText {
   std::string url;  ///< the resolved location
   /// What tells whether the same location still has the same text; empty when nothing does.
   std::string stamp;
+  bool showText = true;  ///< false: an error in it does not quote it
+};
+
+/// Where a location leads now; empty when nothing tells.
+struct SchemaPlace {
+  std::string url;
+  std::string stamp;
 };
 
 /// Reads the texts of schemas. May be used by several threads at a time.
@@ -34,6 +41,11 @@ class SchemaSource {
   /// Reads `location`, what stands behind "x-schema:", relative to the document or schema at
   /// `base`; `base` empty is a document without location.
   [[nodiscard]] virtual SchemaText Read(std::string_view location, std::string_view base) const = 0;
+  /// The same without reading: what tells whether an earlier reading still holds.
+  [[nodiscard]] virtual SchemaPlace Identify(std::string_view /*location*/,
+                                             std::string_view /*base*/) const {
+    return {};
+  }
 };
 
 /// Compiled schemas under the namespaces by which the first one and those it leads to name them.
@@ -42,7 +54,9 @@ class SchemaGroup : public runtime::AtomicCounted {
   struct Member {
     std::string uri;
     SharedSchema schema;
-    std::string stamp;  ///< see SchemaText
+    std::string stamp;     ///< see SchemaText
+    std::string location;  ///< as it was named, and by the document or schema where
+    std::string base;
   };
   std::vector<Member> members;
 };

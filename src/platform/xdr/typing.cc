@@ -149,6 +149,11 @@ DataType TypeOf(const Cursor& node) {
   return DeclaredType(FindBinding(node));
 }
 
+bool IsIdAttribute(const Cursor& attribute) {
+  return attribute.Type() == NodeType::kAttribute &&
+         DeclaredType(BindAttribute(attribute)) == DataType::kId;
+}
+
 std::optional<std::string_view> DataTypeNameOf(const dom::Node& node) {
   const Cursor at = node.At();
   DataType type = DataType::kNone;

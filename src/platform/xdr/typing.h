@@ -38,6 +38,9 @@ struct Binding {
 /// The type by which the node's text is read: dt:dt of the element first, then its declaration.
 [[nodiscard]] datatypes::DataType TypeOf(const dom::Cursor& node);
 
+/// True when a schema declares the attribute to be an ID.
+[[nodiscard]] bool IsIdAttribute(const dom::Cursor& attribute);
+
 /// The canonical name of the node's data type; nothing when it has none, and for elements of type
 /// string and of the name types.
 [[nodiscard]] std::optional<std::string_view> DataTypeNameOf(const dom::Node& node);
@@ -57,6 +60,8 @@ void SetTypedValue(const dom::Node& node, const Variant& value);
 
 /// Judges the document as it stands. The error has code 0 when it is valid, and never a place.
 [[nodiscard]] dom::ParseError Validate(const dom::Document& document);
+/// The same without the rule that the document element must have a schema: what has one is judged.
+[[nodiscard]] dom::ParseError ValidateBound(const dom::DocumentData& data);
 /// The same for a content that belongs to no document object.
 [[nodiscard]] dom::ParseError Validate(const dom::DocumentData& data);
 

@@ -15,6 +15,12 @@ namespace {
 using dom::Cursor;
 using dom::NodeType;
 
+const ServedNamespaces* CollectionOf(const dom::DocumentData& data) {
+  const dom::DocumentImpl* const owner = data.Owner();
+  return owner == nullptr ? nullptr
+                          : static_cast<const SchemaCollection*>(owner->settings.schemas.Get());
+}
+
 dom::ParseError ErrorOf(XdrCode code) {
   dom::ParseError error;
   SetXdrError(error, code);
@@ -44,7 +50,10 @@ bool Walk(Validator& validator, const Cursor& root) {
   }
 }
 
-dom::ParseError ValidateRoot(const dom::DocumentData& data, const ServedNamespaces* served) {
+enum class RootRule : unsigned char { kNeedsSchema, kNone };
+
+dom::ParseError ValidateRoot(const dom::DocumentData& data, RootRule rule) {
+  const ServedNamespaces* const served = CollectionOf(data);
   const Cursor root(&data, data.DocumentElement());
   if (!root) return ErrorOf(XdrCode::kNotOneRoot);
   const SchemaSet* const known = SchemaSet::Of(data);
@@ -60,7 +69,7 @@ dom::ParseError ValidateRoot(const dom::DocumentData& data, const ServedNamespac
   Validator validator(set, served, Task::kCheck);
   validator.Begin(data);
   validator.NoteDataTypes();
-  if (!validator.IsServed(root.Id())) {
+  if (rule == RootRule::kNeedsSchema && !validator.IsServed(root.Id())) {
     return data.DocumentType() != nullptr ? dom::ParseError() : ErrorOf(XdrCode::kNoSchemaForRoot);
   }
   if (Walk(validator, root) && validator.EndDocument()) return {};
@@ -70,10 +79,11 @@ dom::ParseError ValidateRoot(const dom::DocumentData& data, const ServedNamespac
 }  // namespace
 
 dom::ParseError Validate(const dom::DocumentData& data) {
-  const dom::DocumentImpl* const owner = data.Owner();
-  return ValidateRoot(
-      data, owner == nullptr ? nullptr
-                             : static_cast<const SchemaCollection*>(owner->settings.schemas.Get()));
+  return ValidateRoot(data, RootRule::kNeedsSchema);
+}
+
+dom::ParseError ValidateBound(const dom::DocumentData& data) {
+  return ValidateRoot(data, RootRule::kNone);
 }
 
 dom::ParseError Validate(const dom::Document& document) { return Validate(document.Data()); }

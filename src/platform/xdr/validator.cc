@@ -65,10 +65,9 @@ bool Validator::IsServed(NodeId element) {
   return NameOf(data_->Record(element).name).state != NameState::kUnserved;
 }
 
-Validator::AttributeName& Validator::AttributeOf(dom::NameId name) {
+Validator::AttributeName& Validator::LookUpAttribute(dom::NameId name) {
   if (name >= attributeNames_.size()) attributeNames_.resize(name + 32);
   AttributeName& found = attributeNames_[name];
-  if (found.kind != AttributeKind::kUnknown) return found;
   const dom::NameTable& names = data_->Names();
   const dom::UriId uri = names.UriOf(name);
   if (names.PrefixText(name).empty()) {
@@ -136,8 +135,8 @@ bool Validator::TakeChild(Frame& frame, const ElementName& child, dom::NameId na
       if (type.model.IsAmbiguous()) {
         if (StepSet(frame, symbol)) return true;
       } else {
-        const Place next = type.model.FindPlace(symbol);
-        if (next != ContentModel::kStart && type.model.MayFollow(frame.state, next)) {
+        const Place next = type.model.Step(frame.state, symbol);
+        if (next != ContentModel::kStart) {
           frame.state = next;
           return true;
         }
@@ -168,7 +167,7 @@ void Validator::AddExpected(const Frame& frame, bool withText) {
 
 bool Validator::StartElement(NodeId element) {
   const dom::NameId name = data_->Record(element).name;
-  const ElementName child = NameOf(name);
+  const ElementName& child = NameOf(name);
   const bool checks = task_ != Task::kBind;
   if (checks && !frames_.empty()) {
     Frame& parent = frames_.back();
@@ -207,9 +206,8 @@ bool Validator::CheckText(NodeId element, const Frame& frame) {
     }
     return Fail(XdrCode::kDataTypeParse, {text, datatypes::DataTypeName(frame.instanceType)});
   }
-  if (frame.type == nullptr || !frame.type->rules) return true;
+  if (frame.type == nullptr || !frame.type->checksText) return true;
   const ValueRules& rules = *frame.type->rules;
-  if (rules.TakesAnyText()) return true;
   const std::string_view text = TextOf(element);
   if (rules.Check(text) != ValueFailure::kNone) {
     return Fail(XdrCode::kDataTypeParse, {text, datatypes::DataTypeName(rules.type)});
@@ -227,7 +225,7 @@ bool Validator::CheckContent(NodeId element, const Frame& frame) {
 bool Validator::EndElement(NodeId element) {
   if (frames_.empty()) return true;  // it was open before anything was to be bound
   if (task_ != Task::kBind && !CheckContent(element, frames_.back())) return false;
-  sets_.resize(frames_.back().setBegin);
+  if (sets_.size() != frames_.back().setBegin) sets_.resize(frames_.back().setBegin);
   frames_.pop_back();
   return true;
 }
@@ -276,14 +274,16 @@ bool Validator::ReadInstanceType(NodeId attribute, Frame& frame) {
 bool Validator::CheckAttributes(NodeId element, Frame& frame) {
   const ElementType& type = *frame.type;
   seen_ = 0;
-  seenMore_.assign(type.attributes.size() > 64 ? type.attributes.size() : 0, 0);
+  const bool many = type.attributes.size() > 64;
+  if (many || !seenMore_.empty()) seenMore_.assign(many ? type.attributes.size() : 0, 0);
   std::size_t hint = 0;
   for (NodeId at = data_->Record(element).firstAttribute; at != dom::kNoNode;
        at = data_->Record(at).next) {
     if ((data_->Record(at).flags & dom::kNamespaceDeclaration) != 0) continue;
     if (!CheckAttribute(at, frame, hint)) return false;
   }
-  return !type.hasImplied || CheckImplied(element, frame);
+  const bool complete = many ? !type.hasImplied : (type.implied & ~seen_) == 0;
+  return complete || CheckImplied(element, frame);
 }
 
 bool Validator::CheckAttribute(NodeId attribute, const Frame& frame, std::size_t& hint) {
@@ -304,7 +304,7 @@ bool Validator::CheckAttribute(NodeId attribute, const Frame& frame, std::size_t
   }
   if (hint <= 64) seen_ |= std::uint64_t{1} << (hint - 1);
   if (!seenMore_.empty()) seenMore_[hint - 1] = 1;
-  if (task_ == Task::kBind || (use->rules->TakesAnyText() && !use->IsFixed())) return true;
+  if (!use->checked || task_ == Task::kBind) return true;
   return CheckValue(attribute, *use->rules,
                     use->IsFixed() ? std::string_view(use->defaultText) : std::string_view());
 }

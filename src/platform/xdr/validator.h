@@ -10,6 +10,7 @@
 #include "platform/dom/document_data.h"
 #include "platform/dom/parse_error.h"
 #include "platform/dom/schema_binder.h"
+#include "platform/text/compare.h"
 #include "platform/xdr/schema.h"
 #include "platform/xdr/schema_errors.h"
 #include "platform/xdr/schema_set.h"
@@ -111,7 +112,13 @@ class Validator {
   }
   const ElementName& LookUp(dom::NameId name);
   [[nodiscard]] std::uint32_t FindSlot(std::string_view uri);
-  AttributeName& AttributeOf(dom::NameId name);
+  AttributeName& AttributeOf(dom::NameId name) {
+    if (name < attributeNames_.size() && attributeNames_[name].kind != AttributeKind::kUnknown) {
+      return attributeNames_[name];
+    }
+    return LookUpAttribute(name);
+  }
+  AttributeName& LookUpAttribute(dom::NameId name);
 
   bool TakeChild(Frame& frame, const ElementName& child, dom::NameId name);
   bool StepSet(Frame& frame, Symbol symbol);

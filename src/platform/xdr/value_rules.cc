@@ -32,7 +32,7 @@ ValueFailure ValueRules::CheckName(std::string_view text) const {
   }
   if (type == DataType::kEnumeration) return ValueFailure::kNotListed;
   if (type == DataType::kEntity || type == DataType::kEntities) return ValueFailure::kNoEntity;
-  if (datatypes::IsTextOf(type, text)) return ValueFailure::kNone;
+  if (datatypes::IsTrimmedTextOf(type, text)) return ValueFailure::kNone;
   const bool named = type == DataType::kId || type == DataType::kIdref || type == DataType::kIdrefs;
   return named ? ValueFailure::kBadName : ValueFailure::kType;
 }
@@ -41,7 +41,7 @@ ValueFailure ValueRules::Check(std::string_view text) const {
   if (type > DataType::kString) text = datatypes::TrimSpace(text);
   if (text.empty()) return ValueFailure::kNone;
   if (datatypes::IsNameType(type)) return CheckName(text);
-  if (!datatypes::IsTextOf(type, text)) return ValueFailure::kType;
+  if (!datatypes::IsTrimmedTextOf(type, text)) return ValueFailure::kType;
   const bool bounded = minLength != 0 || maxLength != 0xFFFFFFFFU;
   // An attribute without type counts as string.
   const DataType counted = type == DataType::kNone ? DataType::kString : type;
