@@ -47,8 +47,8 @@ void ExpectFailure(const LineCase& row, const ParseError& error) {
   EXPECT_EQ(error.url, "");
 }
 
-template <std::size_t count>
-void ExpectFailures(const LineCase (&rows)[count]) {
+template <std::size_t kCount>
+void ExpectFailures(const LineCase (&rows)[kCount]) {
   for (const LineCase& row : rows) ExpectFailure(row, ErrorOf(row.text));
 }
 

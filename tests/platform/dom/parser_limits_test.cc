@@ -21,6 +21,22 @@ std::string Repeat(std::string_view text, std::size_t count) {
   return out;
 }
 
+// The pattern for 0, 1, 2, ..., with the number in the place of each '#'.
+std::string Series(std::string_view pattern, int count) {
+  std::string out;
+  for (int i = 0; i < count; ++i) {
+    const std::string number = std::to_string(i);
+    for (const char c : pattern) {
+      if (c == '#') {
+        out += number;
+      } else {
+        out += c;
+      }
+    }
+  }
+  return out;
+}
+
 struct Result {
   bool accepted = false;
   ParseError error;
@@ -304,57 +320,40 @@ TEST(ParserLimits, DeepContentModelsNeedNoStack) {
 // Many of one kind -------------------------------------------------------------------------------
 
 TEST(ParserLimits, OneElementMayHaveManyAttributes) {
-  std::string text = "<a";
-  for (int i = 0; i < 100'000; ++i) text += " a" + std::to_string(i) + "='1'";
+  const std::string text = "<a" + Series(" a#='1'", 100'000);
   EXPECT_TRUE(Parse(text + "/>").accepted);
   const Result result = Parse(text + " a99999='2'/>");
   EXPECT_EQ(result.Code(), 0xC00CE554);
 }
 
 TEST(ParserLimits, OneElementMayHaveManyPrefixedAttributes) {
-  std::string text = "<a";
-  for (int i = 0; i < 50'000; ++i) {
-    const std::string number = std::to_string(i);
-    text += " xmlns:p" + number + "='u" + number + "' p" + number + ":a='1'";
-  }
+  const std::string text = "<a" + Series(" xmlns:p#='u#' p#:a='1'", 50'000);
   EXPECT_TRUE(Parse(text + "/>").accepted);
   EXPECT_EQ(Parse(text + " xmlns:q='u49999' q:a='2'/>").Code(), 0xC00CE554);
 }
 
 TEST(ParserLimits, ManyElementsMayDeclareNamespacesOfTheirOwn) {
-  std::string text = "<a>";
-  for (int i = 0; i < 100'000; ++i) {
-    const std::string number = std::to_string(i);
-    text += "<p:b xmlns:p='u" + number + "'/>";
-  }
+  const std::string text = "<a>" + Series("<p:b xmlns:p='u#'/>", 100'000);
   EXPECT_TRUE(Parse(text + "</a>").accepted);
 }
 
 TEST(ParserLimits, ManyOpenElementsMayDeclareNamespaces) {
-  std::string text;
+  const std::string text = Series("<p#:b xmlns:p#='u'>", 100'000);
   std::string close;
   ParseOptions options;
   options.maxDepth = 100'000;
-  for (int i = 0; i < 100'000; ++i) {
-    const std::string number = std::to_string(i);
-    text += "<p" + number + ":b xmlns:p" + number + "='u'>";
-  }
-  for (int i = 99'999; i >= 0; --i) close += "</p" + std::to_string(i) + ":b>";
+  for (int i = 99'999; i >= 0; --i) close.append("</p").append(std::to_string(i)).append(":b>");
   EXPECT_TRUE(Parse(text + close, options).accepted);
 }
 
 TEST(ParserLimits, ManyDifferentNamesAreInterned) {
-  std::string text = "<a>";
-  for (int i = 0; i < 200'000; ++i) text += "<n" + std::to_string(i) + "/>";
+  const std::string text = "<a>" + Series("<n#/>", 200'000);
   EXPECT_TRUE(Parse(text + "</a>").accepted);
 }
 
 TEST(ParserLimits, ManyDeclarationsAreRead) {
-  std::string text = "<!DOCTYPE a [";
-  for (int i = 0; i < 50'000; ++i) {
-    const std::string number = std::to_string(i);
-    text += "<!ENTITY e" + number + " 'x'><!ATTLIST a b" + number + " CDATA #IMPLIED>";
-  }
+  const std::string text =
+      "<!DOCTYPE a [" + Series("<!ENTITY e# 'x'><!ATTLIST a b# CDATA 'd'>", 50'000);
   EXPECT_TRUE(Parse(text + "]><a>&e49999;</a>").accepted);
 }
 

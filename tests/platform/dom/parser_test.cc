@@ -109,8 +109,8 @@ struct DumpCase {
   const char* why;
 };
 
-template <std::size_t count>
-void ExpectDumps(const DumpCase (&rows)[count], const ParseOptions& options = {}) {
+template <std::size_t kCount>
+void ExpectDumps(const DumpCase (&rows)[kCount], const ParseOptions& options = {}) {
   for (const DumpCase& row : rows) {
     SCOPED_TRACE(row.why);
     EXPECT_EQ(DumpOfText(row.text, options), row.dump) << row.text;

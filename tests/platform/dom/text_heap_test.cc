@@ -131,8 +131,10 @@ TEST(TextHeap, RefusesATextThatNoOffsetReaches) {
   TextHeap heap;
   EXPECT_THROW(heap.Allocate(0x80000001U), std::bad_alloc);
   // Nothing of a text is looked at when its length is refused, not even one that wraps in 32 bits.
-  EXPECT_THROW(heap.Store({"x", 0x80000001U}), std::bad_alloc);
-  EXPECT_THROW(heap.Store({"x", std::size_t{0x100000001U}}), std::bad_alloc);
+  const char* const text = "x";
+  for (const std::size_t length : {std::size_t{0x80000001U}, std::size_t{0x100000001U}}) {
+    EXPECT_THROW(heap.Store({text, length}), std::bad_alloc);
+  }
   EXPECT_EQ(heap.LiveBytes(), 0U);
 }
 
