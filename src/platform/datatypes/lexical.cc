@@ -74,15 +74,36 @@ bool IsTextOf(DataType type, std::string_view text) noexcept {
 }
 
 bool IsTrimmedTextOf(DataType type, std::string_view text) noexcept {
-  if (type <= DataType::kString) return true;
-  if (IsIntegerType(type)) return IsIntegerText(type, text);
-  if (IsDateType(type)) return ReadDateParts(type, text).has_value();
-  if (IsNameType(type)) return IsTextOfNameType(type, text);
   switch (type) {
-    case DataType::kBoolean:
-      return IsBoolean(text);
+    case DataType::kNone:
+    case DataType::kString:
+    case DataType::kUri:
+      return true;
+    case DataType::kNumber:
+    case DataType::kFloat:
+    case DataType::kR4:
+    case DataType::kR8:
+      return IsNumberOf(type, text);
     case DataType::kFixed144:
       return IsFixedText(text);
+    case DataType::kBoolean:
+      return IsBoolean(text);
+    case DataType::kDateTime:
+    case DataType::kDateTimeTz:
+    case DataType::kDate:
+    case DataType::kTime:
+    case DataType::kTimeTz:
+      return ReadDateParts(type, text).has_value();
+    case DataType::kInt:
+    case DataType::kI1:
+    case DataType::kI2:
+    case DataType::kI4:
+    case DataType::kI8:
+    case DataType::kUi1:
+    case DataType::kUi2:
+    case DataType::kUi4:
+    case DataType::kUi8:
+      return IsIntegerText(type, text);
     case DataType::kChar:
       return IsCharacter(text);
     case DataType::kUuid:
@@ -91,10 +112,8 @@ bool IsTrimmedTextOf(DataType type, std::string_view text) noexcept {
       return CountHexBytes(text).has_value();
     case DataType::kBinBase64:
       return CountBase64Bytes(text).has_value();
-    case DataType::kUri:
-      return true;
     default:
-      return IsNumberOf(type, text);
+      return IsTextOfNameType(type, text);
   }
 }
 

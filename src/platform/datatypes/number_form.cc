@@ -128,6 +128,15 @@ std::optional<Integer> IntegerValue(std::string_view text) noexcept {
 }
 
 bool IsIntegerText(DataType type, std::string_view text) noexcept {
+  // Few digits without sign fit every type but the small ones.
+  if (text.size() <= 9 && (type == DataType::kInt || type == DataType::kI4) && !text.empty()) {
+    unsigned most = 0;
+    for (const char c : text) {
+      const auto digit = static_cast<unsigned char>(c - '0');
+      most = digit > most ? digit : most;
+    }
+    if (most <= 9) return true;
+  }
   const auto value = IntegerValue(text);
   if (!value) return false;
   const IntegerRange range = RangeOf(type);
@@ -153,7 +162,22 @@ std::optional<float> SingleValue(std::string_view text) noexcept {
   return ReadNumber<float>(text, 30);
 }
 
-bool IsFixedText(std::string_view text) noexcept { return FixedValue(text).has_value(); }
+bool IsFixedText(std::string_view text) noexcept {
+  // Up to fourteen digits and a point before the last four of them: in range whatever they are.
+  constexpr std::size_t kSafe = 15;
+  std::size_t at = 0;
+  while (at < text.size() && IsDigit(text[at])) ++at;
+  if (at != 0 && at <= kSafe - 5) {
+    if (at == text.size()) return true;
+    const std::size_t point = at;
+    if (text[point] == '.') {
+      ++at;
+      while (at < text.size() && IsDigit(text[at])) ++at;
+      if (at == text.size() && at - point <= 5) return true;
+    }
+  }
+  return FixedValue(text).has_value();
+}
 
 std::optional<std::int64_t> FixedValue(std::string_view text) noexcept {
   const bool negative = !text.empty() && text.front() == '-';

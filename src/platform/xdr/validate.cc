@@ -27,26 +27,41 @@ dom::ParseError ErrorOf(XdrCode code) {
   return error;
 }
 
-bool Visit(Validator& validator, const Cursor& at) {
-  if (at.IsElement()) return validator.StartElement(at.Id());
-  if (!at.IsText()) return true;
-  const bool plain = at.Type() == NodeType::kText;
-  return validator.Text(at.OwnText(), plain ? dom::TextForm::kPlain : dom::TextForm::kExplicit);
+// Judges a node that has no children to be walked: a text, or an element that keeps its text.
+bool VisitLeaf(Validator& validator, const dom::DocumentData& data, dom::NodeId id) {
+  const dom::NodeRecord& record = data.Record(id);
+  if (record.type == NodeType::kElement) {
+    bool textFits = true;
+    return (record.flags & dom::kInlineText) != 0 ? validator.EndLeaf(id, textFits)
+                                                  : validator.EndElement(id);
+  }
+  const bool plain = record.type == NodeType::kText || record.type == NodeType::kEntityReference;
+  const bool text = plain ? record.type == NodeType::kText || (record.flags & dom::kInlineText) != 0
+                          : record.type == NodeType::kCData;
+  return !text ||
+         validator.Text(data.OwnText(id), plain ? dom::TextForm::kPlain : dom::TextForm::kExplicit);
 }
 
 // Leads the validator over the tree; false at the first failure.
-bool Walk(Validator& validator, const Cursor& root) {
-  Cursor at = root;
+bool Walk(Validator& validator, const dom::DocumentData& data, dom::NodeId root) {
+  dom::NodeId at = root;
   while (true) {
-    if (!Visit(validator, at)) return false;
-    Cursor next = at.FirstChild();
-    while (!next) {
-      if (at.IsElement() && !validator.EndElement(at.Id())) return false;
-      if (at == root) return true;
-      next = at.Next();
-      if (!next) at = at.Parent();
+    const dom::NodeRecord* record = &data.Record(at);
+    if (record->type == NodeType::kElement && !validator.StartElement(at)) return false;
+    const bool below = (record->flags & dom::kInlineText) == 0 &&
+                       !dom::IsCharacterData(record->type) && record->first != dom::kNoNode;
+    if (below) {
+      at = record->first;
+      continue;
     }
-    at = next;
+    if (!VisitLeaf(validator, data, at)) return false;
+    while (at != root && record->next == dom::kNoNode) {
+      at = record->parent;
+      record = &data.Record(at);
+      if (record->type == NodeType::kElement && !validator.EndElement(at)) return false;
+    }
+    if (at == root) return true;
+    at = record->next;
   }
 }
 
@@ -72,7 +87,7 @@ dom::ParseError ValidateRoot(const dom::DocumentData& data, RootRule rule) {
   if (rule == RootRule::kNeedsSchema && !validator.IsServed(root.Id())) {
     return data.DocumentType() != nullptr ? dom::ParseError() : ErrorOf(XdrCode::kNoSchemaForRoot);
   }
-  if (Walk(validator, root) && validator.EndDocument()) return {};
+  if (Walk(validator, data, root.Id()) && validator.EndDocument()) return {};
   return validator.Error();
 }
 
