@@ -203,6 +203,8 @@ constexpr Explanation kExplanations[] = {
        return OnlyLibxmlAccepts(c, ParseCode::kBadCharInText) &&
               c.bytes.find('\0') != std::string_view::npos;
      }},
+    {"half a character", "libxml2 leaves out a last byte of UTF-16 that has no second one",
+     [](const Comparison& c) { return OnlyLibxmlAccepts(c, ParseCode::kTruncatedCharacter); }},
     {"depth of libxml2", "libxml2 refuses more than 256 open elements",
      [](const Comparison& c) {
        return c.ours->accepted && LibxmlIs(c, XML_ERR_INTERNAL_ERROR) &&

@@ -42,6 +42,7 @@ constexpr KindCase kKindCases[] = {
     {"white space in the XML declaration", Peer::kLibxml,
      "<?xml version='1.0' encoding='UTF-8'standalone='yes'?><a/>"},
     {"NUL in libxml2", Peer::kLibxml, {"<a/>\0", 5}},
+    {"half a character", Peer::kLibxml, {"\xFF\xFE<\0a\0/\0>\0\n", 11}},
 };
 
 Reading ReadWith(Peer peer, std::string_view document) {
