@@ -132,6 +132,10 @@ SchemaFiles::Target SchemaFiles::Aim(std::string_view location, std::string_view
       target.name = folder.value_or(std::string(FolderOf(base))) + target.name;
     }
   }
+  // A native name may be written with either slash.
+  if (!target.isUrl && !target.name.empty() && target.name.front() == '/') {
+    std::replace(target.name.begin(), target.name.end(), '\\', '/');
+  }
   target.refused = !target.unknownProtocol && !MayReach(target, base);
   return target;
 }

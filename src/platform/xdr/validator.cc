@@ -184,7 +184,9 @@ bool Validator::StartElement(NodeId element) {
     return !dataTypes_ || CheckForeignAttributes(element, frame);
   }
   if (child.type->model.IsAmbiguous()) sets_.push_back(ContentModel::kStart);
-  return CheckAttributes(element, frame);
+  const bool plain =
+      data_->Record(element).firstAttribute == dom::kNoNode && !child.type->hasImplied;
+  return plain || CheckAttributes(element, frame);
 }
 
 bool Validator::Text(std::string_view text, dom::TextForm form) {
