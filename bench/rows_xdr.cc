@@ -88,7 +88,8 @@ class Validate : public Task {
     for (const std::string& text : workload.texts) documents_.push_back(LoadBound(orders_, text));
   }
   std::uint64_t Run(std::size_t text) override {
-    if (xdr::ValidateBound(*documents_[text])) throw std::runtime_error("the library finds it invalid");
+    if (xdr::ValidateBound(*documents_[text]))
+      throw std::runtime_error("the library finds it invalid");
     return 0;
   }
 
