@@ -32,9 +32,9 @@ mkdir -p "$bare/work"
 mount -t proc proc "$bare/proc"
 mount --bind /dev "$bare/dev"
 if [[ -d ../shared ]]; then
-  mkdir -p "$bare/work/shared"
-  mount --bind -o ro ../shared "$bare/work/shared"
+  mkdir -p "$bare/srv/check/shared"
+  mount --bind -o ro ../shared "$bare/srv/check/shared"
 fi
-git clone -q --no-local "$project" "$bare/work/project"
+git clone -q --no-local "$project" "$bare/srv/check/project"
 chroot "$bare" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin CI=true \
-  bash /work/project/.ci/run </dev/null
+  bash /srv/check/project/.ci/run </dev/null
