@@ -28,7 +28,6 @@ debootstrap --variant=minbase bookworm "$bare" >/dev/null
 # How this machine reaches its package mirror, and nothing else of it.
 cp /etc/resolv.conf /etc/hosts "$bare/etc/"
 cp /etc/apt/apt.conf.d/* "$bare/etc/apt/apt.conf.d/"
-mkdir -p "$bare/work"
 mount -t proc proc "$bare/proc"
 mount --bind /dev "$bare/dev"
 if [[ -d ../shared ]]; then
