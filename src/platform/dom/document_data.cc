@@ -4,6 +4,7 @@
 #include "platform/dom/document_impl.h"
 #include "platform/dom/dtd.h"
 
+#include <cassert>
 #include <new>
 
 namespace kx::dom {
@@ -28,9 +29,20 @@ DocumentData::DocumentData(DocumentImpl* owner) : owner_(owner) {
 }
 
 DocumentData::~DocumentData() {
+  if (const DerivedData* derived = derived_.load(std::memory_order_acquire)) derived->Release();
   // Frozen content does not count the handles of single nodes: what they led to is let go here.
   if (!moves_) return;
   for (const auto& entry : moves_->left) LeaveForward(entry.second);
+}
+
+const DerivedData& DocumentData::KeepDerived(
+    runtime::Counted<const DerivedData> derived) const noexcept {
+  assert(frozen_ && derived);
+  const DerivedData* first = nullptr;
+  if (derived_.compare_exchange_strong(first, derived.Get(), std::memory_order_acq_rel)) {
+    return *derived.Detach();  // the destructor gives the reference back
+  }
+  return *first;
 }
 
 NodeId DocumentData::DocumentElement() const noexcept {

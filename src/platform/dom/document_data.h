@@ -61,6 +61,9 @@ struct StorageCounters {
   std::size_t totalBytes = 0;  ///< everything reserved, the document's own objects included
 };
 
+/// What a reader has worked out about a frozen content. It must not hold handles of that content.
+class DerivedData : public runtime::AtomicCounted {};
+
 class DocumentData {
  public:
   /// Content of one document node without children. `owner` is the document object that this is
@@ -163,6 +166,14 @@ class DocumentData {
   /// No edit from now on; reading is safe from many threads.
   void Freeze() noexcept { frozen_ = true; }
   [[nodiscard]] bool Frozen() const noexcept { return frozen_; }
+  /// What was worked out about a frozen content, for all its readers; null before that. May be
+  /// called by many threads.
+  [[nodiscard]] const DerivedData* Derived() const noexcept {
+    return derived_.load(std::memory_order_acquire);
+  }
+  /// Keeps `derived` for as long as the content lives, unless another thread was first; returns
+  /// what is kept. The content must be frozen.
+  const DerivedData& KeepDerived(runtime::Counted<const DerivedData> derived) const noexcept;
   /// Places in long lists of children and attributes; null for frozen content.
   [[nodiscard]] ChildPositions* Positions() {
     if (frozen_) return nullptr;
@@ -251,6 +262,7 @@ class DocumentData {
   bool idsInOrder_ = true;
   bool frozen_ = false;
   bool current_ = true;
+  mutable std::atomic<const DerivedData*> derived_{nullptr};  // holds a reference
   std::unique_ptr<Moves> moves_;               // made by the first node that moves in or out held
   std::unique_ptr<ChildPositions> positions_;  // made by the first list walked by position
 };

@@ -398,5 +398,37 @@ TEST(DocumentData, ADeepTreeIsCopiedAndCollectedWithoutRecursion) {
   EXPECT_EQ(XmlOf(whole, whole.DocumentElement()), text);
 }
 
+/// Counts those that exist.
+class Noted final : public DerivedData {
+ public:
+  explicit Noted(int& alive) : alive_(alive) { ++alive_; }
+  Noted(const Noted&) = delete;
+  Noted& operator=(const Noted&) = delete;
+
+ private:
+  ~Noted() override { --alive_; }
+  int& alive_;
+};
+
+TEST(DocumentData, WhatAReaderWorkedOutIsKeptWithAFrozenContentUntilItsEnd) {
+  int alive = 0;
+  {
+    DocumentData document(nullptr);
+    Load(document, "<r/>");
+    document.Freeze();
+    EXPECT_EQ(document.Derived(), nullptr);
+    const DerivedData& first = document.KeepDerived(runtime::MakeCounted<Noted>(alive));
+    EXPECT_EQ(document.Derived(), &first);
+    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(&document.KeepDerived(runtime::MakeCounted<Noted>(alive)), &first)
+        << "the first one stays";
+    EXPECT_EQ(alive, 1) << "and the second one goes";
+    DocumentData copy(nullptr);
+    copy.CopyContent(document);
+    EXPECT_EQ(copy.Derived(), nullptr) << "a copy may be edited";
+  }
+  EXPECT_EQ(alive, 0);
+}
+
 }  // namespace
 }  // namespace kx::dom
