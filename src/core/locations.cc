@@ -51,6 +51,10 @@ std::string JoinToNative(std::string& base, std::string location, const text::Co
 
 }  // namespace
 
+bool IsFileUrl(std::string_view text) noexcept {
+  return paths::UrlIsA(text, paths::UrlTest::kFileUrl);
+}
+
 std::string Locations::GetSystemDrive() const {
   const std::string folder = host_.SystemFolder();
   const std::size_t colon = folder.find(':');
@@ -133,7 +137,7 @@ std::string Locations::GetLocationFolder(std::string_view location) const {
   if (IsNative(location)) return std::string(location.substr(0, location.rfind('/') + 1));
   std::string path = codePage_.Encode(location);
   if (paths::PathIsURLA(path)) {
-    if (!paths::UrlIsA(path, paths::UrlTest::kFileUrl)) {
+    if (!IsFileUrl(path)) {
       // Deliberate: the folder of a URL has no closing slash, that of a path has one.
       return std::string(location.substr(0, location.rfind('/')));
     }

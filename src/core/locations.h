@@ -23,6 +23,9 @@ inline constexpr std::size_t kMaxLocationLength = 259;
 inline constexpr std::string_view kSchemaPathSetting = "SchemaPath";
 inline constexpr std::string_view kMsgPathSetting = "MsgPath";
 
+/// True when the text is a URL of the scheme "file", in any letter case.
+[[nodiscard]] bool IsFileUrl(std::string_view text) noexcept;
+
 /// Completes and splits locations. Refers to its host and its settings, which must outlive it.
 class Locations {
  public:

@@ -1,0 +1,14 @@
+// Failures of loading, as the library reports them.
+#pragma once
+
+#include "platform/dom/parse_error.h"
+
+#include <cstdint>
+
+namespace kx::core {
+
+/// Raises `code` (kxMsgErrorLoadingXML or kxMsgErrorLoadingSchema) with the parse error's number,
+/// reason (with the line end that it has), line, position and source text as its five arguments.
+[[noreturn]] void RaiseLoadError(std::int32_t code, const dom::ParseError& error);
+
+}  // namespace kx::core
