@@ -2,6 +2,7 @@
 #include "core/envelope.h"
 
 #include "core/msg_error.h"
+#include "core/queries.h"
 
 #include <array>
 #include <cstdio>
@@ -9,11 +10,6 @@
 namespace kx::core {
 
 namespace {
-
-// In this order the attributes are asked for by the check.
-constexpr std::array<std::string_view, 10> kRequiredAttributes = {
-    "version",   "msgType",         "uniqueID", "subType", "timeStamp",
-    "schemaURL", "deliveryOptions", "tag",      "class",   "deliveryResult"};
 
 std::string BaseName(const dom::Node& node) { return node.BaseName().value_or(std::string()); }
 
@@ -62,11 +58,10 @@ EnvelopeOrigin EnsureEnvelope(const dom::Document& document, std::string_view sc
 void CheckEnvelope(const dom::Document& document) {
   const dom::Node root = document.DocumentElement();
   if (BaseName(root) != kEnvelopeName) RaiseMsgError(kxMsgErrorInvalidMessage);
-  // The element must carry the name as written, without prefix, and all of the attributes.
-  if (root.NodeName() != kEnvelopeName) RaiseMsgError(kxMsgErrorInvalidMessage);
-  for (const std::string_view name : kRequiredAttributes) {
-    if (!root.GetAttributeNode(name)) RaiseMsgError(kxMsgErrorInvalidMessage);
-  }
+  static const patterns::Pattern complete = patterns::Compile(
+      "KXMessage[@version && @msgType && @uniqueID && @subType && @timeStamp && @schemaURL && "
+      "@deliveryOptions && @tag && @class && @deliveryResult]");
+  if (!core::SelectSingleNode(document.AsNode(), complete)) RaiseMsgError(kxMsgErrorInvalidMessage);
 }
 
 std::string NewUniqueID(host::Host& host) { return host.NewGuid(); }

@@ -41,6 +41,10 @@ std::string AttributesOfComplete() {
   return text.substr(begin, text.find('>') - begin);
 }
 
+std::string Replaced(std::string text, std::string_view old, std::string_view put) {
+  return text.replace(text.find(old), old.size(), put);
+}
+
 TEST(Envelope, ABareContentRootIsWrappedWithAllElevenAttributesInOrder) {
   host::MemoryHost host;
   const dom::Document document = Load("<Order xmlns=\"x-schema:o.xml\"><Item/></Order>");
@@ -133,6 +137,18 @@ TEST(Envelope, TheCheckWantsTheElementAndTenAttributes) {
       {"no attributes", "<KXMessage/>", false},
       {"with a prefix, which the pattern's plain name does not match",
        "<p:KXMessage xmlns:p='u'" + AttributesOfComplete() + "/>", false},
+      {"in a default namespace: names compare as written",
+       "<KXMessage xmlns='u'" + AttributesOfComplete() + "/>", true},
+      {"an attribute with a prefix is another one",
+       "<KXMessage xmlns:p='u'" + Replaced(AttributesOfComplete(), " tag=", " p:tag=") + "/>",
+       false},
+      {"an attribute in another case is another one",
+       "<KXMessage" + Replaced(AttributesOfComplete(), " tag=", " Tag=") + "/>", false},
+      {"comments and instructions around it do not matter",
+       "<?xml version='1.0'?><!--c-->" + std::string(kComplete) + "<?p?>", true},
+      {"a complete one inside another element", "<a>" + std::string(kComplete) + "</a>", false},
+      {"a complete one inside an incomplete one",
+       "<KXMessage>" + std::string(kComplete) + "</KXMessage>", false},
   };
   for (const char* name : {"version", "msgType", "uniqueID", "subType", "timeStamp", "schemaURL",
                            "deliveryOptions", "deliveryResult", "tag", "class"}) {
