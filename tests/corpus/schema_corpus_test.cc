@@ -1,10 +1,10 @@
 // Real schemas as messages use them: the index of each, and the minimum content of every element
 // type, which is what a naive construction gives, or the error that it ends with.
-#include "naive_content.h"
 #include "platform/dom/document.h"
 #include "schema/default_content.h"
 #include "schema/element_type_index.h"
-#include "schema_texts.h"
+#include "schema/naive_content.h"
+#include "schema/schema_texts.h"
 #include "support/documents.h"
 
 #include <gtest/gtest.h>
