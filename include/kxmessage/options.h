@@ -27,8 +27,11 @@ struct Options {
   std::uint32_t maxDepth = 5000;
   std::size_t maxEntityBytes = std::size_t{16} << 20U;
   std::size_t maxSchemaBytes = std::size_t{16} << 20U;
-  std::size_t maxDownloadBytes = std::size_t{16} << 20U;
-  std::uint32_t downloadSeconds = 30;  ///< for the whole of a download
+  std::size_t maxDownloadBytes = std::size_t{16} << 20U;  ///< of a document, uncompressed
+  // Seconds of 0 count as 1: nothing is waited for without an end.
+  std::uint32_t downloadSeconds = 30;  ///< for the whole of a download, its redirects included
+  std::uint32_t connectSeconds = 10;   ///< until a server has been reached
+  std::uint32_t stallSeconds = 10;     ///< without a byte from the server
   std::uint32_t maxRedirects = 5;
 };
 

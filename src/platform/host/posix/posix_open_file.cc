@@ -2,14 +2,12 @@
 #include "platform/host/posix/posix_open_file.h"
 
 #include "platform/host/posix/errno_status.h"
+#include "platform/host/posix/pipe_signal_guard.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <ctime>
 #include <fcntl.h>
 #include <limits>
-#include <pthread.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,35 +16,6 @@ namespace {
 
 constexpr std::size_t kMostAtOnce = 0x40000000;
 constexpr std::uint64_t kMostOffset = std::numeric_limits<off_t>::max() - kMostAtOnce;
-
-// Keeps SIGPIPE from ending the process while a pipe is written whose reader is gone: blocks it for
-// this thread, and swallows the one that the writing raised.
-class PipeSignalGuard {
- public:
-  PipeSignalGuard() {
-    sigset_t pending;
-    sigemptyset(&pipeSignal_);
-    sigaddset(&pipeSignal_, SIGPIPE);
-    sigpending(&pending);
-    wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-    pthread_sigmask(SIG_BLOCK, &pipeSignal_, &before_);
-  }
-  ~PipeSignalGuard() {
-    const int error = errno;  // of the writing, which the caller still asks for
-    const timespec noWait{0, 0};
-    while (!wasPending_ && sigtimedwait(&pipeSignal_, nullptr, &noWait) < 0 && errno == EINTR) {
-    }
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-    errno = error;
-  }
-  PipeSignalGuard(const PipeSignalGuard&) = delete;
-  PipeSignalGuard& operator=(const PipeSignalGuard&) = delete;
-
- private:
-  sigset_t pipeSignal_{};
-  sigset_t before_{};
-  bool wasPending_ = false;
-};
 
 ssize_t WriteOnce(int descriptor, FileKind kind, std::uint64_t offset, std::string_view bytes) {
   const std::size_t length = std::min(bytes.size(), kMostAtOnce);
