@@ -8,6 +8,56 @@
 
 namespace kx::xdr {
 
+namespace {
+
+/// A source for one load. Looks whether a group is current; what a server sends while it is asked
+/// that, changed or refused, is what the load goes on with: nobody is asked twice.
+class Revisit final : public SchemaSource {
+ public:
+  explicit Revisit(const SchemaSource& source) noexcept : source_(source) {}
+
+  /// `place` is where the first member's location leads.
+  [[nodiscard]] bool IsCurrent(const SchemaGroup& group, const SchemaPlace& place,
+                               std::string_view location, std::string_view base) {
+    const SchemaGroup::Member& first = group.members.front();
+    if (!IsCurrent(first, place, location, base)) return false;
+    return std::all_of(group.members.begin() + 1, group.members.end(),
+                       [this](const SchemaGroup::Member& member) {
+                         return IsCurrent(member, source_.Identify(member.location, member.base),
+                                          member.location, member.base);
+                       });
+  }
+
+  [[nodiscard]] SchemaText Read(std::string_view location, std::string_view base) const override {
+    const bool isFresh = hasFresh_ && location == freshLocation_ && base == freshBase_;
+    return isFresh ? fresh_ : source_.Read(location, base);
+  }
+
+ private:
+  bool IsCurrent(const SchemaGroup::Member& member, const SchemaPlace& place,
+                 std::string_view location, std::string_view base) {
+    if (place.url.empty()) return false;
+    if (!place.stamp.empty()) {
+      return place.stamp == member.stamp && place.url == member.schema->Url();
+    }
+    SchemaText text = source_.Reread(location, base, member.stamp);
+    if (text.unchanged) return true;
+    fresh_ = std::move(text);
+    freshLocation_ = location;
+    freshBase_ = base;
+    hasFresh_ = true;
+    return false;
+  }
+
+  const SchemaSource& source_;
+  bool hasFresh_ = false;
+  SchemaText fresh_;
+  std::string freshLocation_;
+  std::string freshBase_;
+};
+
+}  // namespace
+
 SchemaCache& SchemaCache::OfProcess() {
   static SchemaCache cache;
   return cache;
@@ -38,29 +88,18 @@ std::size_t SchemaCache::Size() const {
   return groups_.size();
 }
 
-// The first member's location has been asked about already.
-bool CachingProvider::IsCurrent(const SchemaGroup& group) const {
-  return std::all_of(group.members.begin() + 1, group.members.end(),
-                     [this](const SchemaGroup::Member& member) {
-                       const SchemaPlace place = source_.Identify(member.location, member.base);
-                       return !place.stamp.empty() && place.stamp == member.stamp &&
-                              place.url == member.schema->Url();
-                     });
-}
-
 LoadedGroup CachingProvider::Load(std::string_view uri, std::string_view base) const {
   const std::string_view location = uri.substr(kXSchema.size());
   const SchemaPlace place = source_.Identify(location, base);
   const std::string key = std::string(uri) + '\n' + place.url;
-  if (!place.stamp.empty()) {
+  Revisit visit(source_);
+  if (!place.url.empty()) {
     SharedGroup known = cache_.Find(key);
-    if (known && known->members.front().stamp == place.stamp && IsCurrent(*known)) {
-      return {std::move(known), {}};
-    }
+    if (known && visit.IsCurrent(*known, place, location, base)) return {std::move(known), {}};
   }
-  SchemaText text = source_.Read(location, base);
+  SchemaText text = visit.Read(location, base);
   if (text.failure) return {{}, std::move(text.failure)};
-  LoadedGroup loaded = CompileGroup(uri, std::move(text), source_, limits_);
+  LoadedGroup loaded = CompileGroup(uri, std::move(text), visit, limits_);
   if (!loaded.group) return loaded;
   const bool identified =
       std::none_of(loaded.group->members.begin(), loaded.group->members.end(),

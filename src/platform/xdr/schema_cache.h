@@ -1,6 +1,7 @@
 // Compiled schemas of the process. What a caller can observe is as if each was read every time: an
 // entry is used only while every file that it was made of, the schemas it refers to included, still
-// has the identity, size and time that it had.
+// has the identity, size and time that it had, and every server says that its document is
+// unchanged.
 #pragma once
 
 #include "platform/text/compare.h"
@@ -44,8 +45,6 @@ class CachingProvider final : public SchemaProvider {
   [[nodiscard]] LoadedGroup Load(std::string_view uri, std::string_view base) const override;
 
  private:
-  [[nodiscard]] bool IsCurrent(const SchemaGroup& group) const;
-
   const SchemaSource& source_;
   SchemaCache& cache_;
   SchemaLimits limits_;

@@ -38,10 +38,14 @@ bool IsRelative(std::string_view path) {
   return !drive && !IsSlash(path[0]);
 }
 
-// Up to and including the last slash.
-std::string_view FolderOf(std::string_view location) {
-  const std::size_t slash = location.find_last_of("/\\");
-  return slash == std::string_view::npos ? std::string_view() : location.substr(0, slash + 1);
+// Up to and including the last slash; of a URL, the last of its path.
+std::string FolderOf(std::string_view location) {
+  const bool isUrl = IsHttp(location);
+  const std::size_t root = isUrl ? location.find("://") + 3 : 0;
+  if (isUrl) location = location.substr(0, location.find_first_of("?#", root));
+  const std::size_t slash = location.substr(root).find_last_of("/\\");
+  if (slash != std::string_view::npos) return std::string(location.substr(0, root + slash + 1));
+  return isUrl ? std::string(location) + '/' : std::string();
 }
 
 // A path with one kind of slash and without "." and ".." elements, to compare places by.
@@ -76,10 +80,23 @@ bool LiesIn(std::string_view place, std::string_view folder) {
   return StartsWithCaseless(inner, outer);
 }
 
+// True for a path with a ".." that a server would find behind its %xx.
+bool HidesParent(std::string_view url) {
+  const std::string path = paths::DecodePercent(url.substr(0, url.find_first_of("?#")));
+  std::string_view rest = path;
+  while (!rest.empty()) {
+    const std::size_t slash = std::min(rest.find_first_of("/\\"), rest.size());
+    if (rest.substr(0, slash) == "..") return true;
+    rest.remove_prefix(std::min(slash + 1, rest.size()));
+  }
+  return false;
+}
+
 // True when `url` begins with the prefix and is not led out of it by "..".
 bool LiesUnder(std::string_view url, std::string_view prefix) {
   if (prefix.empty()) return false;
   const std::string canonical = paths::CanonicalizeUrl(url);
+  if (HidesParent(canonical)) return false;
   std::string start = paths::CanonicalizeUrl(prefix);
   if (!StartsWithCaseless(canonical, start)) return false;
   return start.back() == '/' || canonical.size() == start.size() ||
@@ -105,6 +122,58 @@ std::string StampOf(const host::FileIdentity& identity) {
          std::to_string(identity.size) + ":" + std::to_string(identity.modifiedNanoseconds);
 }
 
+// What a server told, as one text and back. None of the parts holds a line end.
+std::string StampOf(const host::UrlValidators& validators) {
+  if (!validators.Tell()) return {};
+  return validators.url + '\n' + validators.etag + '\n' + validators.lastModified;
+}
+host::UrlValidators ValidatorsOf(std::string_view stamp) {
+  const std::size_t first = stamp.find('\n');
+  const std::size_t second = stamp.find('\n', first + 1);
+  if (first == std::string_view::npos || second == std::string_view::npos) return {};
+  return {std::string(stamp.substr(0, first)),
+          std::string(stamp.substr(first + 1, second - first - 1)),
+          std::string(stamp.substr(second + 1))};
+}
+
+dom::ParseCode CodeOf(host::UrlStatus status) {
+  switch (status) {
+    case host::UrlStatus::kNotFound:
+      return dom::ParseCode::kObjectNotFound;
+    case host::UrlStatus::kAccessDenied:
+      return dom::ParseCode::kAccessDenied;
+    case host::UrlStatus::kTooLarge:
+      return dom::ParseCode::kTooLarge;
+    case host::UrlStatus::kUnknownProtocol:
+      return dom::ParseCode::kUnknownProtocol;
+    default:
+      return dom::ParseCode::kResourceNotFound;
+  }
+}
+
+// The failure of a location; `reason` empty: the published text.
+SchemaText FailedText(const std::string& location, dom::ParseCode code, std::string reason = {}) {
+  SchemaText text;
+  text.url = location;
+  dom::SetParseError(text.failure, code);
+  if (!reason.empty()) text.failure.reason = std::move(reason) + "\r\n";
+  text.failure.url = location;
+  return text;
+}
+
+std::string Refusal(const std::string& location, const char* option) {
+  return "The location '" + location + "' may not be read by a message; " + option +
+         " would allow it.";
+}
+
+std::string TooLarge(const std::string& location, std::size_t limit) {
+  return "The document at '" + location + "' is larger than the limit of " + std::to_string(limit) +
+         " bytes; Options::maxSchemaBytes would allow it.";
+}
+
+constexpr const char* kPrefixOption = "Options::allowedPrefixes";
+constexpr const char* kFolderOption = "Options::schemaFolders";
+
 }  // namespace
 
 // Where it leads
@@ -112,7 +181,9 @@ std::string StampOf(const host::FileIdentity& identity) {
 
 SchemaFiles::Target SchemaFiles::Aim(std::string_view location, std::string_view base) const {
   Target target;
-  if (base.empty()) base = options_.schemaBase;
+  const bool isFree = namedBy_ == NamedBy::kCaller && base.empty();
+  const std::string schemaBase = SchemaBase();
+  if (base.empty()) base = schemaBase;
   if (IsHttp(location) || (IsHttp(base) && !paths::PathIsURLA(location))) {
     target.isUrl = true;
     target.name =
@@ -128,27 +199,32 @@ SchemaFiles::Target SchemaFiles::Aim(std::string_view location, std::string_view
     target.unknownProtocol = !path.has_value();
     target.name = path.value_or(std::string(location));
     if (path && IsRelative(target.name) && !base.empty()) {
-      const auto folder = paths::LoaderPath(FolderOf(base), system, page);
-      target.name = folder.value_or(std::string(FolderOf(base))) + target.name;
+      const std::string folder = FolderOf(base);
+      target.name = paths::LoaderPath(folder, system, page).value_or(folder) + target.name;
     }
   }
   // A native name may be written with either slash.
   if (!target.isUrl && !target.name.empty() && target.name.front() == '/') {
     std::replace(target.name.begin(), target.name.end(), '\\', '/');
   }
-  target.refused = !target.unknownProtocol && !MayReach(target, base);
+  target.refused = !target.unknownProtocol && !isFree && !MayReach(target, base);
+  target.isFree = isFree;
   return target;
 }
 
-bool SchemaFiles::MayReach(const Target& target, std::string_view base) const {
+std::string SchemaFiles::SchemaBase() const { return options_.schemaBase; }
+
+bool SchemaFiles::MayReachUrl(const std::string& url, std::string_view base) const {
   const auto& prefixes = options_.allowedPrefixes;
-  if (target.isUrl) {
-    return LiesUnder(target.name, options_.schemaBase) ||
-           (IsHttp(base) && LiesUnder(target.name, FolderOf(base))) ||
-           std::any_of(prefixes.begin(), prefixes.end(),
-                       [&](const std::string& prefix) { return LiesUnder(target.name, prefix); });
-  }
+  return LiesUnder(url, SchemaBase()) || (IsHttp(base) && LiesUnder(url, FolderOf(base))) ||
+         std::any_of(prefixes.begin(), prefixes.end(),
+                     [&](const std::string& prefix) { return LiesUnder(url, prefix); });
+}
+
+bool SchemaFiles::MayReach(const Target& target, std::string_view base) const {
+  if (target.isUrl) return MayReachUrl(target.name, base);
   if (IsOtherMachine(target.name)) {
+    const auto& prefixes = options_.allowedPrefixes;
     return std::any_of(prefixes.begin(), prefixes.end(), [&](const std::string& prefix) {
       return IsOtherMachine(prefix) && LiesIn(target.name, prefix);
     });
@@ -162,49 +238,95 @@ bool SchemaFiles::IsWithinFolders(const std::string& path) const {
 }
 
 // An error in a file from elsewhere must not show what stands in it.
-bool SchemaFiles::MayShowText(const std::string& path, std::string_view base) const {
-  return LiesIn(path, options_.schemaBase) || base.empty() || LiesIn(path, FolderOf(base)) ||
-         FolderOf(base).empty();
+bool SchemaFiles::MayShowText(const Target& target, const std::string& path,
+                              std::string_view base) const {
+  if (target.isFree) return true;
+  const std::string folder = FolderOf(base);
+  // A document without a folder lies in the current one; a text lies nowhere.
+  if (!base.empty() && folder.empty() && FolderOf(path).empty()) return true;
+  return LiesIn(path, folder) || LiesIn(path, SchemaBase());
+}
+
+bool SchemaFiles::MayShowUrlText(const Target& target, const std::string& url,
+                                 std::string_view base) const {
+  return target.isFree || LiesUnder(url, SchemaBase()) ||
+         (IsHttp(base) && LiesUnder(url, FolderOf(base)));
 }
 
 // Reading
 // ------------------------------------------------------------------------------------------
 
 SchemaText SchemaFiles::Read(std::string_view location, std::string_view base) const {
+  return Reread(location, base, {});
+}
+
+SchemaText SchemaFiles::Reread(std::string_view location, std::string_view base,
+                               const std::string& stamp) const {
   const Target target = Aim(location, base);
-  SchemaText text;
-  text.url = target.name;
-  const auto fail = [&](dom::ParseCode code) {
-    dom::SetParseError(text.failure, code);
-    text.failure.url = target.name;
-    return text;
-  };
-  if (target.unknownProtocol) return fail(dom::ParseCode::kUnknownProtocol);
+  if (target.unknownProtocol) return FailedText(target.name, dom::ParseCode::kUnknownProtocol);
   if (target.refused) {
-    static_cast<void>(fail(dom::ParseCode::kResourceNotFound));
-    text.failure.reason = "The location '" + target.name + "' may not be read by a message; " +
-                          (target.isUrl || IsOtherMachine(target.name) ? "Options::allowedPrefixes"
-                                                                       : "Options::schemaFolders") +
-                          " would allow it.\r\n";
-    return text;
+    const bool isFar = target.isUrl || IsOtherMachine(target.name);
+    return FailedText(target.name, dom::ParseCode::kResourceNotFound,
+                      Refusal(target.name, isFar ? kPrefixOption : kFolderOption));
   }
-  if (target.isUrl) {
-    if (fetcher_ == nullptr) return fail(dom::ParseCode::kResourceNotFound);
-    return fetcher_->Fetch(target.name, options_);
-  }
+  return target.isUrl ? ReadUrl(target, base, stamp) : ReadFile(target, base);
+}
+
+SchemaText SchemaFiles::ReadFile(const Target& target, std::string_view base) const {
   host::FileContent content =
       host::Files(host_, drives_).Read(target.name, options_.maxSchemaBytes);
-  if (content.status != host::FileStatus::kOk) return fail(CodeOf(content.status));
+  if (content.status == host::FileStatus::kTooLarge) {
+    return FailedText(target.name, dom::ParseCode::kTooLarge,
+                      TooLarge(target.name, options_.maxSchemaBytes));
+  }
+  if (content.status != host::FileStatus::kOk) {
+    return FailedText(target.name, CodeOf(content.status));
+  }
+  SchemaText text;
   text.bytes = std::move(content.bytes);
   text.url = std::move(content.path);
   text.stamp = StampOf(content.identity);
-  text.showText = MayShowText(text.url, base);
+  text.showText = MayShowText(target, text.url, base);
+  return text;
+}
+
+SchemaText SchemaFiles::ReadUrl(const Target& target, std::string_view base,
+                                const std::string& stamp) const {
+  if (fetcher_ == nullptr) return FailedText(target.name, dom::ParseCode::kResourceNotFound);
+  const std::string from = base.empty() ? SchemaBase() : std::string(base);
+  host::UrlRequest request;
+  request.url = target.name;
+  request.bounds = options_;
+  request.known = ValidatorsOf(stamp);
+  if (!target.isFree) {
+    request.objection = [this, &from](const std::string& url) {
+      return MayReachUrl(url, from) ? std::string() : Refusal(url, kPrefixOption);
+    };
+  }
+  host::UrlContent content = fetcher_->Fetch(request);
+  SchemaText text;
+  if (content.status == host::UrlStatus::kUnchanged) {
+    text.unchanged = true;
+    return text;
+  }
+  if (content.status != host::UrlStatus::kOk) {
+    return FailedText(target.name, CodeOf(content.status), std::move(content.reason));
+  }
+  if (content.bytes.size() > options_.maxSchemaBytes) {
+    return FailedText(target.name, dom::ParseCode::kTooLarge,
+                      TooLarge(target.name, options_.maxSchemaBytes));
+  }
+  text.bytes = std::move(content.bytes);
+  text.stamp = StampOf(content.validators);
+  text.url = std::move(content.validators.url);
+  text.showText = MayShowUrlText(target, text.url, base);
   return text;
 }
 
 SchemaPlace SchemaFiles::Identify(std::string_view location, std::string_view base) const {
   const Target target = Aim(location, base);
-  if (target.unknownProtocol || target.refused || target.isUrl) return {};
+  if (target.unknownProtocol || target.refused) return {};
+  if (target.isUrl) return {target.name, {}};
   host::Files files(host_, drives_);
   const host::FoundName found = files.Find(target.name);
   if (found.status != host::FileStatus::kOk) return {};

@@ -21,10 +21,12 @@ struct SchemaText {
   std::string url;  ///< the resolved location
   /// What tells whether the same location still has the same text; empty when nothing does.
   std::string stamp;
-  bool showText = true;  ///< false: an error in it does not quote it
+  bool showText = true;    ///< false: an error in it does not quote it
+  bool unchanged = false;  ///< the text is the one that its stamp was given with, and not repeated
 };
 
-/// Where a location leads now; empty when nothing tells.
+/// Where a location leads now, empty when it may not be reached; and the stamp, empty when nothing
+/// tells it without reading.
 struct SchemaPlace {
   std::string url;
   std::string stamp;
@@ -45,6 +47,11 @@ class SchemaSource {
   [[nodiscard]] virtual SchemaPlace Identify(std::string_view /*location*/,
                                              std::string_view /*base*/) const {
     return {};
+  }
+  /// Read, unless the text is still the one that `stamp` was given with: then `unchanged`.
+  [[nodiscard]] virtual SchemaText Reread(std::string_view location, std::string_view base,
+                                          const std::string& /*stamp*/) const {
+    return Read(location, base);
   }
 };
 
