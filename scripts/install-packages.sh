@@ -12,7 +12,7 @@ packages_of() {
   case "$1" in
     build) echo "cmake ninja-build g++" ;;
     test) echo "git python3 pkg-config libgtest-dev libgmock-dev libexpat1-dev libxml2-dev" \
-               "libcurl4-openssl-dev" ;;
+               "libcurl4-openssl-dev openssl" ;;
     # An independent validator of schemas for the differential tests, which skip themselves
     # when it cannot be had.
     oracle) echo "mono-runtime mono-mcs libmono-system-xml4.0-cil" ;;

@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <curl/curl.h>
 #include <memory>
 #include <string>
@@ -224,8 +225,10 @@ bool TellsOfChanges(const AnswerHead& head) {
   return modified != -1 && date != -1 && modified < date;
 }
 
-long LongOf(milliseconds time) {
-  return static_cast<long>(std::max<std::int64_t>(time.count(), 1));
+// A time as libcurl takes it: 0 would be no bound, and a long has 32 bits on some systems.
+long LongOf(std::int64_t count) {
+  constexpr std::int64_t kMost = 0x7FFFFFFF;
+  return static_cast<long>(std::clamp<std::int64_t>(count, 1, kMost));
 }
 
 void AllowOnlyHttp(CURL* easy) {
@@ -326,12 +329,11 @@ class Fetching {
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     const auto left = std::chrono::duration_cast<milliseconds>(deadline_ - Clock::now());
     const std::chrono::seconds connecting(std::max(bounds.connectSeconds, 1U));
-    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, LongOf(left));
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, LongOf(left.count()));
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
-                     LongOf(std::min<milliseconds>(left, connecting)));
+                     LongOf(std::min<milliseconds>(left, connecting).count()));
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME,
-                     static_cast<long>(std::max(bounds.stallSeconds, 1U)));
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, LongOf(bounds.stallSeconds));
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE,
                      static_cast<curl_off_t>(bounds.maxDownloadBytes));
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Answer::OnHeader);

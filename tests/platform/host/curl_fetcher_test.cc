@@ -4,11 +4,16 @@
 #include "support/documents.h"
 #include "support/http_server.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <string_view>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace kx::host {
@@ -373,6 +378,59 @@ TEST_F(Fetcher, TellsOfAServerThatIsNotSecure) {
   const UrlContent content = Fetch("https://127.0.0.1:" + std::to_string(server_.Port()) + "/a");
   EXPECT_EQ(content.status, UrlStatus::kUnreachable);
   EXPECT_THAT(content.reason, HasSubstr("failed"));
+}
+
+/// A secure server whose certificate nobody but itself vouches for: a process that ends after one
+/// connection, or by itself.
+class SelfSignedServer {
+ public:
+  SelfSignedServer()
+      : folder_(std::filesystem::path(testing::TempDir()) /
+                ("kx_tls_" + std::to_string(getpid()))) {
+    std::filesystem::create_directories(folder_);
+    const std::string command =
+        "cd '" + folder_.string() +
+        "' && openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 1 "
+        "-subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 -keyout key -out certificate "
+        "2>/dev/null && exec timeout 30 openssl s_server -accept 127.0.0.1:0 -naccept 1 -www "
+        "-cert certificate -key key 2>&1";
+    output_ = popen(command.c_str(), "r");  // NOLINT(cert-env33-c): the test's own command
+    std::array<char, 256> line{};
+    constexpr std::string_view kAccept = "ACCEPT 127.0.0.1:";
+    while (output_ != nullptr && url_.empty() &&
+           fgets(line.data(), static_cast<int>(line.size()), output_) != nullptr) {
+      const std::string_view text = line.data();
+      if (text.starts_with(kAccept)) {
+        url_ = "https://127.0.0.1:" + std::to_string(std::atoi(text.data() + kAccept.size())) + "/";
+      }
+    }
+  }
+  ~SelfSignedServer() {
+    if (output_ != nullptr) pclose(output_);
+    std::filesystem::remove_all(folder_);
+  }
+  SelfSignedServer(const SelfSignedServer&) = delete;
+  SelfSignedServer& operator=(const SelfSignedServer&) = delete;
+
+  /// Empty when it could not be started.
+  [[nodiscard]] const std::string& Url() const noexcept { return url_; }
+
+ private:
+  std::filesystem::path folder_;
+  FILE* output_ = nullptr;
+  std::string url_;
+};
+
+TEST_F(Fetcher, RefusesACertificateThatNobodyVouchesFor) {
+  const SelfSignedServer secure;
+  if (secure.Url().empty()) {
+    ASSERT_FALSE(test::InContinuousRun()) << "the continuous run must have openssl";
+    GTEST_SKIP() << "openssl is not on this machine";
+  }
+  const UrlContent content = Fetch(secure.Url());
+  EXPECT_EQ(content.status, UrlStatus::kUnreachable);
+  EXPECT_THAT(content.reason, HasSubstr("certificate"));
+  EXPECT_EQ(content.bytes, "");
 }
 
 // Threads ----------------------------------------------------------------------------------------
