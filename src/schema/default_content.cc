@@ -126,7 +126,7 @@ class ContentBuilder {
       Frame& frame = frames_.back();
       const Demands::Item* item = frame.demands->At(frame.next);
       if (item == nullptr) {
-        const Node complete = std::move(frame.element);
+        Node complete = std::move(frame.element);
         frames_.pop_back();
         if (frames_.empty()) return complete;
         frames_.back().element.AppendChild(complete);
@@ -213,8 +213,7 @@ Node CreateTypedElement(const Document& document, const Node& parent, const Node
 
 Node CreateDefaultAttribute(const Document& document, const Node& parent, const Node& attributeType,
                             const Node& attributeDeclaration, std::string_view schemaName) {
-  const Node attribute =
-      CreateNamed(document, NodeType::kAttribute, parent, attributeType, schemaName);
+  Node attribute = CreateNamed(document, NodeType::kAttribute, parent, attributeType, schemaName);
   // Deliberate: the type's default comes first here, the declaration's in the attribute's
   // information.
   std::string text = AttributeText(attributeType, "default");

@@ -70,6 +70,17 @@ LoadedSchema SchemaLoader::LoadText(std::string_view text, std::string_view loca
   return loaded;
 }
 
+// A few letters, such as the sign of the unit angstrom, become others in lower case, and not back.
+KnownSchemaProvider::KnownSchemaProvider(std::string uri, xdr::LoadedGroup schema,
+                                         const xdr::SchemaProvider& others)
+    : uri_(std::move(uri)), schema_(std::move(schema)), others_(others) {
+  if (!schema_.group || xdr::IsSameNamespace(schema_.group->members.front().uri, uri_)) return;
+  auto renamed = runtime::MakeCounted<xdr::SchemaGroup>();
+  renamed->members = schema_.group->members;
+  renamed->members.front().uri = uri_;
+  schema_.group = std::move(renamed);
+}
+
 xdr::LoadedGroup KnownSchemaProvider::Load(std::string_view uri, std::string_view base) const {
   return xdr::IsSameNamespace(uri, uri_) ? schema_ : others_.Load(uri, base);
 }

@@ -50,9 +50,9 @@ class SchemaLoader {
 /// every other from another provider.
 class KnownSchemaProvider final : public xdr::SchemaProvider {
  public:
-  /// `uri`: the namespace that `schema` serves, in any letter case. `others` must outlive this.
-  KnownSchemaProvider(std::string uri, xdr::LoadedGroup schema, const xdr::SchemaProvider& others)
-      : uri_(std::move(uri)), schema_(std::move(schema)), others_(others) {}
+  /// `uri`: the namespace that `schema` is to serve, whatever location it was loaded under.
+  /// `others` must outlive this.
+  KnownSchemaProvider(std::string uri, xdr::LoadedGroup schema, const xdr::SchemaProvider& others);
   [[nodiscard]] xdr::LoadedGroup Load(std::string_view uri, std::string_view base) const override;
 
  private:

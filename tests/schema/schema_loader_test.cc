@@ -133,6 +133,21 @@ TEST_F(SchemaLoaderTest, AKnownSchemaServesItsNamespaceInAnyCaseWithoutBeingRead
   EXPECT_EQ(source_.Reads(), reads + 1);
 }
 
+TEST_F(SchemaLoaderTest, AKnownSchemaServesALowerCasedNameThatLeadsNotBack) {
+  source_.Put("\xE2\x84\xAB.xml", SchemaText("<ElementType name='r'/>"));  // the angstrom sign
+  const LoadedSchema loaded = loader_.Load("\xE2\x84\xAB.xml");
+  const std::string uri = "x-schema:\xC3\xA5.xml";  // and its lower case, which is a letter's
+  const xdr::PlainProvider plain(source_);
+  const KnownSchemaProvider provider(uri, loaded.compiled, plain);
+  const xdr::BindingService service(provider);
+  const dom::Document document = dom::NewDomDocument();
+  document.EditSettings().schemaService = &service;
+  ASSERT_TRUE(document.LoadXml("<r xmlns='" + uri + "'/>")) << document.LastError().reason;
+  EXPECT_EQ(xdr::Definition(document.DocumentElement()).OwnerDocument(), loaded.document);
+  EXPECT_EQ(loaded.compiled.group->members.front().uri, "x-schema:\xE2\x84\xAB.xml")
+      << "what others share stays as it is";
+}
+
 TEST_F(SchemaLoaderTest, AKnownSchemaWithAMistakeFailsTheParseWithIt) {
   source_.Put("s.xml", SchemaText("\n<ElementType name='r'><element type='x'/></ElementType>"));
   const xdr::PlainProvider plain(source_);
