@@ -246,8 +246,7 @@ TEST(BuildDefaultContent, AnUndeclaredOptionalChildIsNotAskedFor) {
       "<r/>");
 }
 
-// Namespaces
-// ---------------------------------------------------------------------------------------
+// Namespaces --------------------------------------------------------------------------------------
 
 constexpr const char* kNamespaces =
     "<AttributeType name='k' default='x'/>"
@@ -331,14 +330,13 @@ TEST(CreateTypedElement, OfATypeWithoutNameIsObjectNotSet) {
   EXPECT_EQ(number(Node()), 91);
 }
 
-// Bounds
-// -------------------------------------------------------------------------------------------
+// Bounds ------------------------------------------------------------------------------------------
 
 TEST(BuildDefaultContent, ATypeThatMustContainItselfIsOutOfStackSpace) {
   const char* const rows[] = {
       "<ElementType name='r'><element type='r'/></ElementType>",
-      "<ElementType name='r'><element type='s'/></ElementType>"
-      "<ElementType name='s'><group><element type='R'/></group></ElementType>",
+      ("<ElementType name='r'><element type='s'/></ElementType>"
+       "<ElementType name='s'><group><element type='R'/></group></ElementType>"),
       "<ElementType name='r'><element type='r'/><element type='r'/></ElementType>",
   };
   for (const char* declarations : rows) {
@@ -402,8 +400,9 @@ TEST(BuildDefaultContent, TheAmountOfTextIsBounded) {
     bomb.resize(bomb.rfind("<ElementType"));
     return Building(declarations + bomb, {100, 10, bytes}).FailureOfRoot("t0").number;
   };
-  EXPECT_EQ(number(8 * 1001), 0);
-  EXPECT_EQ(number(8 * 1001 - 1), 7);
+  constexpr std::size_t kEightAttributes = 8008;  // of a name of one byte and a thousand
+  EXPECT_EQ(number(kEightAttributes), 0);
+  EXPECT_EQ(number(kEightAttributes - 1), 7);
 }
 
 TEST(BuildDefaultContent, ManyAttributesAndManyElementsOfOneTypeAreCheap) {
@@ -413,7 +412,8 @@ TEST(BuildDefaultContent, ManyAttributesAndManyElementsOfOneTypeAreCheap) {
   for (int i = 0; i < 20'000; ++i) {
     const std::string name = "k" + std::to_string(i);
     declarations += "<AttributeType name='" + name + "'/>";
-    uses += "<attribute type='" + name + "'/><element type='" + name + "' minOccurs='0'/>";
+    uses.append("<attribute type='").append(name).append("'/><element type='").append(name);
+    uses += "' minOccurs='0'/>";
   }
   std::string bomb = Bomb(15);
   bomb.resize(bomb.rfind("<ElementType"));

@@ -163,6 +163,7 @@ TEST(IndexElementTypes, IsSharedByThreads) {
   const dom::Document document = SchemaDocument(declarations);
   document.Freeze();
   std::vector<std::thread> threads;
+  threads.reserve(8);
   std::vector<int> found(8, 0);
   for (int t = 0; t < 8; ++t) {
     threads.emplace_back([&document, &found, t] {

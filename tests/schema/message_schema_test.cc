@@ -214,8 +214,7 @@ TEST_F(MessageSchemaTest, TheTextOfASchemaStandsForItsLocation) {
   EXPECT_TRUE(message.schema.group);
 }
 
-// A loaded message
-// -----------------------------------------------------------------------------------
+// A loaded message --------------------------------------------------------------------------------
 
 class TakeSchemaOfRootTest : public MessageSchemaTest {
  protected:

@@ -33,7 +33,7 @@ class Naive {
   Node Build(const Node& type, std::size_t depth) {
     if (depth > maxDepth_) throw Stop{28};
     if (++elements_ > maxElements_) throw Stop{7};
-    const Node element = document_.CreateElement(Text(type, "name"));
+    Node element = document_.CreateElement(Text(type, "name"));
     const Node group = patterns::SelectSingleNode(type, "group");
     if (group) AddChildren(element, group, depth);
     AddAttributes(element, type);
