@@ -158,7 +158,7 @@ void HttpServer::PutRaw(const std::string& target, std::string bytes) {
   });
 }
 
-void HttpServer::PutDocument(const std::string& target, std::string body,
+void HttpServer::PutDocument(const std::string& target, const std::string& body,
                              const std::string& headers) {
   PutRaw(target, HttpAnswer("200 OK", headers, body));
 }

@@ -60,7 +60,8 @@ class HttpServer {
   /// A whole answer, sent as it is.
   void PutRaw(const std::string& target, std::string bytes);
   /// A good document with further header lines, each ended by CR LF.
-  void PutDocument(const std::string& target, std::string body, const std::string& headers = {});
+  void PutDocument(const std::string& target, const std::string& body,
+                   const std::string& headers = {});
   void PutRedirect(const std::string& target, const std::string& location, int status = 302);
 
   /// The URL of a target.

@@ -438,6 +438,7 @@ TEST_F(Fetcher, RefusesACertificateThatNobodyVouchesFor) {
 TEST_F(Fetcher, ServesEightThreads) {
   server_.PutDocument("/a", kDocument);
   std::vector<std::thread> threads;
+  threads.reserve(8);
   std::vector<int> good(8, 0);
   for (int& count : good) {
     threads.emplace_back([&count, this] {
