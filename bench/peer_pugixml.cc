@@ -120,6 +120,42 @@ class Walk : public LoadedTask {
   }
 };
 
+// Texts are read with the node's first child, where its text lies.
+std::uint64_t FirstByte(const pugi::xpath_node& found) {
+  return static_cast<unsigned char>(*found.node().child_value());
+}
+
+// What a query lists from the node that `start` finds in each document.
+class List : public LoadedTask {
+ public:
+  List(const Workload& workload, std::string_view start, std::string_view query)
+      : LoadedTask(workload), query_(std::string(query).c_str()) {
+    const pugi::xpath_query beginning(std::string(start).c_str());
+    for (std::size_t i = 0; i < workload.texts.size(); ++i) {
+      starts_.push_back(Document(i).select_node(beginning).node());
+    }
+  }
+  std::uint64_t Run(std::size_t text) override {
+    const pugi::xpath_node_set found = starts_[text].select_nodes(query_);
+    return found.size() * 256 + FirstByte(found[0]);
+  }
+
+ protected:
+  [[nodiscard]] pugi::xpath_node First(std::size_t text) const {
+    return starts_[text].select_node(query_);
+  }
+
+ private:
+  pugi::xpath_query query_;
+  std::vector<pugi::xml_node> starts_;
+};
+
+class First : public List {
+ public:
+  using List::List;
+  std::uint64_t Run(std::size_t text) override { return FirstByte(List::First(text)); }
+};
+
 }  // namespace
 
 std::unique_ptr<Task> PugixmlParse(const Workload& workload) {
@@ -136,6 +172,17 @@ std::unique_ptr<Task> PugixmlCopy(const Workload& workload) {
 }
 std::unique_ptr<Task> PugixmlWalk(const Workload& workload) {
   return std::make_unique<Walk>(workload);
+}
+std::unique_ptr<Task> PugixmlQuery(const Workload& workload, std::string_view query) {
+  return std::make_unique<List>(workload, "/", query);
+}
+std::unique_ptr<Task> PugixmlList(const Workload& workload, std::string_view start,
+                                  std::string_view query) {
+  return std::make_unique<List>(workload, start, query);
+}
+std::unique_ptr<Task> PugixmlFirst(const Workload& workload, std::string_view start,
+                                   std::string_view query) {
+  return std::make_unique<First>(workload, start, query);
 }
 
 }  // namespace kx::bench

@@ -28,6 +28,15 @@ std::unique_ptr<Task> Libxml2Copy(const Workload& workload);
 std::unique_ptr<Task> PugixmlWalk(const Workload& workload);
 std::unique_ptr<Task> Libxml2Walk(const Workload& workload);
 
+/// What an XPath query that was compiled before lists from the document, or from the node that
+/// `start` finds; of the latter also the first node only. Run() returns the first byte of the
+/// first node's text, and for a list 256 times its length more.
+std::unique_ptr<Task> PugixmlQuery(const Workload& workload, std::string_view query);
+std::unique_ptr<Task> PugixmlList(const Workload& workload, std::string_view start,
+                                  std::string_view query);
+std::unique_ptr<Task> PugixmlFirst(const Workload& workload, std::string_view start,
+                                   std::string_view query);
+
 /// A load and its validation against the XSD that says the same, compiled before; validation alone;
 /// compiling the XSD.
 std::unique_ptr<Task> Libxml2ParseAndValidate(const Workload& workload);

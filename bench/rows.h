@@ -13,4 +13,7 @@ std::vector<Row> DomRows();
 /// Rows of binding and validation: bind, validate, schema.
 std::vector<Row> XdrRows();
 
+/// Rows of queries: query, path, path-list.
+std::vector<Row> QueryRows();
+
 }  // namespace kx::bench
