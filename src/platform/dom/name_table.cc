@@ -59,6 +59,16 @@ NameKey NameTable::KeyOf(std::string_view text) noexcept {
     }
     return key;
   }
+  if constexpr (std::endian::native == std::endian::little) {
+    if (size >= 4) {  // two halves, which may overlap: the same bytes twice
+      std::uint32_t first = 0;
+      std::uint32_t last = 0;
+      std::memcpy(&first, text.data(), 4);
+      std::memcpy(&last, text.data() + size - 4, 4);
+      key.low = first | std::uint64_t{last} << (8 * (size - 4));
+      return key;
+    }
+  }
   char bytes[8] = {};
   for (std::size_t i = 0; i < size; ++i) bytes[i] = text[i];
   std::memcpy(&key.low, bytes, 8);

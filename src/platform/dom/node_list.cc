@@ -28,6 +28,8 @@ NodeList NodeList::OfNodes(std::vector<Node> nodes) {
   return list;
 }
 
+NodeList NodeList::OfNode(Node node) { return {Kind::kFixed, std::move(node)}; }
+
 // Walked lists: elements by name, and the children of frozen content ------------------------------
 
 Cursor NodeList::ElementFrom(const Cursor& root, Cursor at) const {
@@ -91,7 +93,10 @@ std::int32_t NodeList::WalkedLength(const Cursor& root) const {
 // The members ------------------------------------------------------------------------------------
 
 std::int32_t NodeList::Length() const {
-  if (kind_ == Kind::kFixed) return static_cast<std::int32_t>(fixed_->nodes.size());
+  if (kind_ == Kind::kFixed) {
+    if (!fixed_) return root_ ? 1 : 0;
+    return static_cast<std::int32_t>(fixed_->nodes.size());
+  }
   const Cursor root = root_.At();
   if (IsWalked(root)) return WalkedLength(root);
   return static_cast<std::int32_t>(CountItems(root_.Data(), ChildrenOf(root.Id())));
@@ -100,6 +105,7 @@ std::int32_t NodeList::Length() const {
 Node NodeList::Item(std::int32_t index) const {
   const auto position = static_cast<std::uint32_t>(index);
   if (kind_ == Kind::kFixed) {
+    if (!fixed_) return index == 0 ? root_ : Node();
     const bool inside = index >= 0 && position < fixed_->nodes.size();
     return inside ? fixed_->nodes[position] : Node();
   }

@@ -22,6 +22,8 @@ class NodeList {
   /// Elements below `root`, in document order; `name` is a qualified name, or "*" for all.
   [[nodiscard]] static NodeList OfElements(const Node& root, std::string_view name);
   [[nodiscard]] static NodeList OfNodes(std::vector<Node> nodes);
+  /// A fixed list of that node; without members when it is nothing. Allocates nothing.
+  [[nodiscard]] static NodeList OfNode(Node node);
 
   explicit operator bool() const noexcept { return kind_ != Kind::kNothing; }
 
@@ -51,6 +53,7 @@ class NodeList {
     std::int64_t length = -1;
   };
 
+  NodeList(Kind kind, Node root) noexcept : kind_(kind), root_(std::move(root)) {}
   [[nodiscard]] Cursor First(const Cursor& root) const;
   [[nodiscard]] Cursor Next(const Cursor& root, const Cursor& at) const;
   [[nodiscard]] Cursor ElementFrom(const Cursor& root, Cursor at) const;
@@ -61,7 +64,7 @@ class NodeList {
 
   Kind kind_ = Kind::kNothing;
   std::int32_t next_ = 0;
-  Node root_;
+  Node root_;         // of a fixed list without `fixed_` its one member
   std::string name_;  // of the elements
   runtime::Counted<Fixed> fixed_;
   mutable Place place_;

@@ -230,6 +230,28 @@ TEST(NodeList, OfNodesKeepsWhatItWasGiven) {
   EXPECT_EQ(copy.Item(1), root.LastChild());
 }
 
+TEST(NodeList, OfOneNodeHasItAndOfNoNodeNone) {
+  const Document document = Parsed("<a><b/></a>");
+  const Node child = document.DocumentElement().FirstChild();
+  NodeList one = NodeList::OfNode(child);
+  EXPECT_TRUE(one);
+  EXPECT_EQ(one.Length(), 1);
+  EXPECT_EQ(one.Item(0), child);
+  EXPECT_FALSE(one.Item(1));
+  EXPECT_FALSE(one.Item(-1));
+  document.DocumentElement().RemoveChild(child);
+  EXPECT_EQ(one.NextNode(), child) << "it keeps what it was given";
+  EXPECT_FALSE(one.NextNode());
+  one.Reset();
+  EXPECT_EQ(one.NextNode(), child);
+
+  NodeList none = NodeList::OfNode(Node());
+  EXPECT_TRUE(none) << "a list, not nothing";
+  EXPECT_EQ(none.Length(), 0);
+  EXPECT_FALSE(none.Item(0));
+  EXPECT_FALSE(none.NextNode());
+}
+
 TEST(NodeList, FollowsItsNodeToAnotherDocument) {
   const Document source = WithChildren(100);
   const Document target = Parsed("<x/>");
