@@ -34,6 +34,9 @@ class MarkedTree {
     for (const NodeId root : roots_) WalkTree({data_, root}, out);
   }
 
+  /// Nodes looked at so far.
+  [[nodiscard]] std::uint64_t Work() const noexcept { return work_; }
+
  private:
   struct Mark {
     bool wanted = false;
@@ -45,6 +48,7 @@ class MarkedTree {
   void Climb(NodeId id) {
     while (true) {
       Mark& mark = marks_[id];
+      ++work_;
       if (mark.climbed) return;
       mark.climbed = true;
       if (id == top_) return;
@@ -81,14 +85,14 @@ class MarkedTree {
   [[nodiscard]] bool IsMarked(const Cursor& at) const { return marks_.count(at.Id()) != 0; }
 
   // The first marked one of `at` and what follows it below `parent`.
-  [[nodiscard]] Cursor MarkedFrom(const Cursor& parent, Cursor at) const {
+  [[nodiscard]] Cursor MarkedFrom(const Cursor& parent, Cursor at) {
     const bool inAttributes = at && at.Type() == NodeType::kAttribute;
-    while (at && !IsMarked(at)) at = at.Next();
+    for (++work_; at && !IsMarked(at); ++work_) at = at.Next();
     if (at || !inAttributes) return at;
     return MarkedFrom(parent, parent.FirstChild());
   }
 
-  [[nodiscard]] Cursor FirstBelow(const Cursor& parent) const {
+  [[nodiscard]] Cursor FirstBelow(const Cursor& parent) {
     const Mark& mark = marks_.at(parent.Id());
     if (mark.below == 0) return {};
     if (mark.below == 1) return {data_, mark.onlyOne};
@@ -96,16 +100,17 @@ class MarkedTree {
     return MarkedFrom(parent, attribute ? attribute : parent.FirstChild());
   }
 
-  [[nodiscard]] Cursor NextBelow(const Cursor& parent, const Cursor& at) const {
+  [[nodiscard]] Cursor NextBelow(const Cursor& parent, const Cursor& at) {
     if (marks_.at(parent.Id()).below == 1) return {};
     const Cursor next = at.Next();
     if (next || at.Type() != NodeType::kAttribute) return MarkedFrom(parent, next);
     return MarkedFrom(parent, parent.FirstChild());
   }
 
-  void WalkTree(const Cursor& root, std::vector<NodeId>& out) const {
+  void WalkTree(const Cursor& root, std::vector<NodeId>& out) {
     Cursor at = root;
     while (true) {
+      ++work_;
       if (marks_.at(at.Id()).wanted) out.push_back(at.Id());
       Cursor next = FirstBelow(at);
       while (!next) {
@@ -122,11 +127,13 @@ class MarkedTree {
   NodeId top_;
   std::unordered_map<NodeId, Mark> marks_;
   std::vector<NodeId> roots_;
+  std::uint64_t work_ = 0;
 };
 
 }  // namespace
 
 std::uint64_t DocumentOrder::KeyOf(NodeId id) const noexcept {
+  if (ranks_ != nullptr) return ranks_->RankOf(id);
   if (!dom::IsInlineTextId(id)) return std::uint64_t{id} << 2U;
   // Behind its owner's attributes and what these keep.
   const NodeId owner = dom::OwnerOfInlineText(id);
@@ -137,9 +144,18 @@ std::uint64_t DocumentOrder::KeyOf(NodeId id) const noexcept {
   return (std::uint64_t{last} << 2U) + 2;
 }
 
-void DocumentOrder::Sort(std::vector<NodeId>& list, std::size_t begin, NodeId top) const {
+// A tree that is neither the document's nor the start node's has no ranks.
+bool DocumentOrder::HasKeysOf(const std::vector<NodeId>& list, std::size_t begin) const {
+  if (byIndex_) return true;
+  if (ranks_ == nullptr) return false;
+  return std::all_of(list.begin() + static_cast<std::ptrdiff_t>(begin), list.end(),
+                     [this](NodeId id) { return ranks_->RankOf(id) != kNoRank; });
+}
+
+void DocumentOrder::Sort(std::vector<NodeId>& list, std::size_t begin, NodeId top) {
+  work_ += list.size() - begin;
   if (list.size() - begin < 2) return;
-  if (byIndex_) {
+  if (HasKeysOf(list, begin)) {
     SortByKeys(list, begin);
   } else {
     SortByWalking(list, begin, top);
@@ -153,15 +169,17 @@ void DocumentOrder::SortByKeys(std::vector<NodeId>& list, std::size_t begin) con
   list.erase(std::unique(first, list.end()), list.end());
 }
 
-void DocumentOrder::SortByWalking(std::vector<NodeId>& list, std::size_t begin, NodeId top) const {
+void DocumentOrder::SortByWalking(std::vector<NodeId>& list, std::size_t begin, NodeId top) {
   MarkedTree tree(*data_, top);
   for (std::size_t i = begin; i < list.size(); ++i) tree.Add(list[i]);
   list.resize(begin);
   tree.Walk(list);
+  work_ += tree.Work();
 }
 
-NodeId DocumentOrder::FirstOf(std::vector<NodeId>& list, std::size_t begin, NodeId top) const {
-  if (!byIndex_) {
+NodeId DocumentOrder::FirstOf(std::vector<NodeId>& list, std::size_t begin, NodeId top) {
+  work_ += list.size() - begin;
+  if (!HasKeysOf(list, begin)) {
     SortByWalking(list, begin, top);
     return list[begin];
   }

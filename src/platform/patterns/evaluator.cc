@@ -4,6 +4,8 @@
 #include "platform/dom/document_impl.h"
 #include "platform/patterns/evaluator_scan.h"
 
+#include <algorithm>
+
 namespace kx::patterns {
 
 using dom::kDocumentNode;
@@ -38,6 +40,16 @@ std::vector<NodeId> Evaluator::SelectAll() {
   return std::move(stack_);
 }
 
+void Evaluator::SelectAll(NodeIds& found) {
+  const Expr& root = code_.exprs[code_.root];
+  if (!root.straight || root.kind != ExprKind::kPath) return found.Assign(SelectAll());
+  const Step* step = &code_.steps[root.first];
+  VisitAlong(step, step + root.count, start_, [&found](NodeId id) {
+    found.Append(id);
+    return true;
+  });
+}
+
 NodeId Evaluator::SelectFirst() { return FirstOf(code_.root, start_); }
 
 bool Evaluator::Holds() { return IsTrue(code_.root, {start_, 0, 1}); }
@@ -51,6 +63,7 @@ void Evaluator::PushSet(ExprId id, NodeId context) {
   const Expr& expr = code_.exprs[id];
   if (expr.invariant && id != code_.root) {
     const std::vector<NodeId>& set = InvariantSet(id);
+    work_ += set.size();
     stack_.insert(stack_.end(), set.begin(), set.end());
   } else if (expr.kind == ExprKind::kUnion) {
     PushUnion(expr, context);
@@ -62,7 +75,7 @@ void Evaluator::PushSet(ExprId id, NodeId context) {
 void Evaluator::PushUnion(const Expr& expr, NodeId context) {
   const std::size_t base = stack_.size();
   for (std::uint32_t i = 0; i < expr.count; ++i) PushSet(code_.links[expr.first + i], context);
-  order_.Sort(stack_, base, start_);
+  PutInOrder(base);
 }
 
 const std::vector<NodeId>& Evaluator::InvariantSet(ExprId id) {
@@ -110,6 +123,7 @@ NodeId Evaluator::FirstOfUnion(const Expr& expr, NodeId context) {
     if (first != kNoNode) stack_.push_back(first);
   }
   if (stack_.size() == base) return kNoNode;
+  PrepareOrder(base);
   const NodeId first = order_.FirstOf(stack_, base, start_);
   stack_.resize(base);
   return first;
@@ -134,19 +148,19 @@ bool Evaluator::Exists(ExprId id, NodeId context) {
 NodeId Evaluator::FirstByWatching(ExprId id, NodeId context, Limit limit) {
   if (id == code_.root) return FirstDirectly(id, context, limit);
   if (Site& site = Remembered().sites[id]; site.work > patience_) {
-    if (site.table.empty()) {
-      std::vector<Rank> table = Tabulate(id, OwnRanks());
+    if (!site.table.IsMade()) {
+      LeadTable table = Tabulate(id, OwnRanks(1, LeadEnd::kFirst));
       Remembered().sites[id].table = std::move(table);
     }
     const Rank rank = Index().RankOf(context);
     if (rank != kNoRank) {
-      const Rank found = Remembered().sites[id].table[rank];
+      const Rank found = Remembered().sites[id].table.First(rank);
       return found == kNoRank ? kNoNode : Index().NodeAt(found);
     }
   }
-  const std::uint64_t before = work_;
+  const std::uint64_t before = Work();
   const NodeId first = FirstDirectly(id, context, limit);
-  Remembered().sites[id].work += work_ - before;
+  Remembered().sites[id].work += Work() - before;
   return first;
 }
 
@@ -158,24 +172,34 @@ NodeId Evaluator::FirstDirectly(ExprId id, NodeId context, Limit limit) {
   return first;
 }
 
-// The first node at the end of a straight path: as such a path only leads downwards, level by
-// level, the first one found is the first in document order. As deep as the path has steps.
-NodeId Evaluator::FirstAlong(const Step* step, const Step* end, NodeId context) {
-  const bool last = step + 1 == end;
-  NodeId first = kNoNode;
-  if (step->positional) {
-    const std::size_t base = stack_.size();
-    PushPlaced(*step, context);
-    for (std::size_t i = base; i < stack_.size() && first == kNoNode; ++i) {
-      first = last ? stack_[i] : FirstAlong(step + 1, end, stack_[i]);
-    }
-    stack_.resize(base);
-    return first;
+// Visits the nodes at the end of a straight path until `visit` answers false, which is what this
+// answers then. As such a path only leads downwards, level by level, they come in document order.
+// As deep as the path has steps.
+template <class Visit>
+bool Evaluator::VisitAlong(const Step* step, const Step* end, NodeId context, const Visit& visit) {
+  bool goesOn = true;
+  const auto follow = [&](NodeId candidate) {
+    goesOn = step + 1 == end ? visit(candidate) : VisitAlong(step + 1, end, candidate, visit);
+    return goesOn;
+  };
+  if (!step->positional) {
+    ForEachCandidate(*step, context, [&](NodeId candidate) {
+      return !PassesAll(*step, candidate) || follow(candidate);
+    });
+    return goesOn;
   }
-  ForEachCandidate(*step, context, [&](NodeId candidate) {
-    if (!PassesAll(*step, candidate)) return true;
-    first = last ? candidate : FirstAlong(step + 1, end, candidate);
-    return first == kNoNode;
+  const std::size_t base = stack_.size();
+  PushPlaced(*step, context);
+  for (std::size_t i = base; i < stack_.size() && goesOn; ++i) follow(stack_[i]);
+  stack_.resize(base);
+  return goesOn;
+}
+
+NodeId Evaluator::FirstAlong(const Step* step, const Step* end, NodeId context) {
+  NodeId first = kNoNode;
+  VisitAlong(step, end, context, [&first](NodeId found) {
+    first = found;
+    return false;
   });
   return first;
 }
@@ -202,6 +226,7 @@ void Evaluator::TakeSteps(const Expr& path, std::size_t base, Order order, Limit
   if (stack_.size() - base < 2) return;
   if (limit == Limit::kAll) return Sort(base, order);
   if (limit == Limit::kFirst && order != Order::kFlat && order != Order::kSorted) {
+    PrepareOrder(base);
     stack_[base] = order_.FirstOf(stack_, base, start_);
   }
   stack_.resize(base + 1);
@@ -249,12 +274,19 @@ Evaluator::Order Evaluator::TakeStep(const Step& step, std::size_t base, Order o
   if (step.descend || order == Order::kMixed) Sort(base, order);
   if (!step.descend) return StepFromEach(step, base, order, limit);
   if (CanScanFrom(step, base)) return Scan(step, base);
-  return StepFromEach(step, base, ExpandBelow(base), limit);
+  order = ExpandBelow(base);
+  return StepFromEach(step, base, order, limit);
 }
 
 Evaluator::Order Evaluator::StepFromEach(const Step& step, std::size_t base, Order order,
                                          Limit limit) {
   const std::size_t end = stack_.size();
+  const bool shared = step.axis == Axis::kParent || step.axis == Axis::kAncestor ||
+                      (step.axis == Axis::kGroup && !step.positional);
+  if (shared && end - base > 1) {
+    StepFromAll(step, base, order);
+    return Order::kSorted;
+  }
   const Order after = OrderAfter(step, order, end - base);
   const bool inOrder = after == Order::kFlat || after == Order::kSorted;
   const bool one = limit == Limit::kAnyOne || (limit == Limit::kFirst && inOrder);
@@ -283,10 +315,71 @@ Evaluator::Order Evaluator::OrderAfter(const Step& step, Order before, std::size
   }
 }
 
+// Steps that give the same nodes from many context nodes: each node is met once, and its filters
+// are asked once, before duplicates cost anything.
+void Evaluator::StepFromAll(const Step& step, std::size_t base, Order order) {
+  if (step.axis == Axis::kGroup) {
+    SetFromAll(step.expr, base, order);
+  } else {
+    std::size_t kept = base;
+    for (std::size_t i = base; i < stack_.size(); ++i) {
+      const NodeId context = stack_[i];
+      const NodeId target =
+          step.axis == Axis::kParent ? ParentOf(context) : NearestAncestor(step.expr, context);
+      ++work_;
+      if (target != kNoNode && (kept == base || stack_[kept - 1] != target)) {
+        stack_[kept++] = target;
+      }
+    }
+    stack_.resize(kept);
+    PutInOrder(base);
+  }
+  if (step.filterCount == 0) return;
+  std::size_t kept = base;
+  const std::size_t end = stack_.size();
+  for (std::size_t i = base; i < end; ++i) {
+    if (PassesFilters(step, stack_[i])) stack_[kept++] = stack_[i];
+  }
+  stack_.resize(kept);
+}
+
+// Replaces the set at `base` by what the expression gives from all of its nodes, in order.
+void Evaluator::SetFromAll(ExprId id, std::size_t base, Order order) {
+  const Expr& expr = code_.exprs[id];
+  if (expr.invariant) {
+    stack_.resize(base);
+    return PushSet(id, start_);
+  }
+  if (expr.kind == ExprKind::kPath) return TakeSteps(expr, base, order, Limit::kAll);
+  const std::size_t end = stack_.size();
+  for (std::uint32_t i = 0; i < expr.count; ++i) {
+    const std::size_t member = stack_.size();
+    stack_.resize(member + (end - base));
+    std::copy_n(stack_.begin() + static_cast<std::ptrdiff_t>(base), end - base,
+                stack_.begin() + static_cast<std::ptrdiff_t>(member));
+    work_ += end - base;
+    SetFromAll(code_.links[expr.first + i], member, order);
+  }
+  DropBelow(base, end);
+  PutInOrder(base);
+}
+
 void Evaluator::Sort(std::size_t base, Order& order) {
   if (order == Order::kFlat || order == Order::kSorted) return;
-  order_.Sort(stack_, base, start_);
+  PutInOrder(base);
   order = Order::kSorted;
+}
+
+void Evaluator::PutInOrder(std::size_t base) {
+  PrepareOrder(base);
+  order_.Sort(stack_, base, start_);
+}
+
+// Where nodes have no order by themselves, an index gives them one as soon as that is worth it: for
+// a large set, or when many small ones have cost as much.
+void Evaluator::PrepareOrder(std::size_t base) {
+  if (order_.HasKeys() || order_.HasRanks()) return;
+  if (order_.Work() + (stack_.size() - base) * 4 > patience_) order_.Use(Index());
 }
 
 // Takes the old set, numbers `base` to `end`, from under the new one.

@@ -19,6 +19,8 @@
 #include "platform/dom/cursor.h"
 #include "platform/patterns/bound_names.h"
 #include "platform/patterns/document_order.h"
+#include "platform/patterns/lead_table.h"
+#include "platform/patterns/node_ids.h"
 #include "platform/patterns/node_text.h"
 #include "platform/patterns/pattern_code.h"
 #include "platform/patterns/query_options.h"
@@ -31,6 +33,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kx::patterns {
@@ -44,6 +47,8 @@ class Evaluator {
 
   /// All nodes, in document order.
   [[nodiscard]] std::vector<dom::NodeId> SelectAll();
+  /// The same into `found`, which is empty.
+  void SelectAll(NodeIds& found);
   /// The first of them, or kNoNode.
   [[nodiscard]] dom::NodeId SelectFirst();
   /// The truth of the pattern as a condition: for nodes, whether there are any.
@@ -51,6 +56,11 @@ class Evaluator {
   /// True when the pattern, asked from some node above `node` (from the document for a leading
   /// slash), gives it.
   [[nodiscard]] bool Matches(dom::NodeId node);
+  /// Nodes looked at so far, those that tables and order took included: what a query costs, in a
+  /// number that depends on nothing but the document and the pattern.
+  [[nodiscard]] std::uint64_t Work() const noexcept {
+    return work_ + order_.Work() + texts_.Work();
+  }
 
  private:
   using NodeId = dom::NodeId;
@@ -81,20 +91,28 @@ class Evaluator {
   /// An expression whose work may overlap between context nodes.
   struct Site {
     std::uint64_t work = 0;
-    std::vector<Rank> table;  ///< the answer by the context node's rank, once it is worth it
+    LeadTable table;  ///< the answer by the context node's rank, once it is worth it
   };
   struct MatchSite {
     std::uint64_t work = 0;
     std::vector<bool> matches;  ///< by rank
     std::vector<Rank> nearest;  ///< by rank: the nearest ancestor that matches
   };
+  /// A place in a group's list: that of the step's filter number `filter`, `places` from an end.
+  struct Pick {
+    std::uint32_t filter;
+    std::uint64_t places;
+    LeadEnd end;
+  };
   /// What only some queries need.
   struct Memory {
     std::unique_ptr<TreeIndex> index;
     std::unordered_map<ExprId, Invariant> invariants;
     std::unordered_map<ExprId, Site> sites;
+    std::unordered_map<ExprId, Site> secondSites;
     std::unordered_map<ExprId, MatchSite> matchSites;
     std::optional<std::unordered_map<std::string, NodeId>> ids;
+    std::size_t longestId = 0;
   };
   Memory& Remembered() {
     if (!memory_) memory_ = std::make_unique<Memory>();
@@ -114,6 +132,8 @@ class Evaluator {
   [[nodiscard]] NodeId FirstByWatching(ExprId id, NodeId context, Limit limit);
   [[nodiscard]] NodeId FirstDirectly(ExprId id, NodeId context, Limit limit);
   [[nodiscard]] NodeId FirstAlong(const Step* step, const Step* end, NodeId context);
+  template <class Visit>
+  bool VisitAlong(const Step* step, const Step* end, NodeId context, const Visit& visit);
   void PushPath(const Expr& path, NodeId context, Limit limit);
   void TakeSteps(const Expr& path, std::size_t base, Order order, Limit limit);
   [[nodiscard]] bool CanFinishWhileScanning(const Expr& path, std::uint32_t scan, std::size_t base,
@@ -122,7 +142,11 @@ class Evaluator {
   [[nodiscard]] Order TakeStep(const Step& step, std::size_t base, Order order, Limit limit);
   [[nodiscard]] Order StepFromEach(const Step& step, std::size_t base, Order order, Limit limit);
   [[nodiscard]] Order OrderAfter(const Step& step, Order before, std::size_t contexts) const;
+  void StepFromAll(const Step& step, std::size_t base, Order order);
+  void SetFromAll(ExprId id, std::size_t base, Order order);
   void Sort(std::size_t base, Order& order);
+  void PutInOrder(std::size_t base);
+  void PrepareOrder(std::size_t base);
   void DropBelow(std::size_t base, std::size_t end);
 
   // Steps (evaluator_steps.cc)
@@ -134,6 +158,7 @@ class Evaluator {
   void PushOther(const Step& step, NodeId context);
   void PushContext(const Step& step);
   void PushIds(const Step& step, NodeId context);
+  void PushIdsIn(NodeId node);
   void PushId(std::string_view value);
   [[nodiscard]] const std::unordered_map<std::string, NodeId>& Ids();
   [[nodiscard]] bool IsId(const dom::Cursor& attribute) const;
@@ -143,7 +168,10 @@ class Evaluator {
   [[nodiscard]] bool PassesAll(const Step& step, NodeId node) {
     return step.filterCount == 0 || PassesFilters(step, node);
   }
-  [[nodiscard]] bool PassesFilters(const Step& step, NodeId node);
+  [[nodiscard]] bool PassesFilters(const Step& step, NodeId node) {
+    return PassesFirst(step, step.filterCount, node);
+  }
+  [[nodiscard]] bool PassesFirst(const Step& step, std::uint32_t count, NodeId node);
   [[nodiscard]] bool Passes(const Filter& filter, const Place& place);
   [[nodiscard]] bool AttributeEquals(const Filter& filter, NodeId node);
   [[nodiscard]] bool PassesTest(const NodeTest& test, const NodeRecord& record) const {
@@ -154,7 +182,7 @@ class Evaluator {
   [[nodiscard]] bool TakesInlineText(const NodeTest& test) const {
     return (test.types & TypeBit(dom::NodeType::kText)) != 0 && test.rule == NameRule::kAny;
   }
-  [[nodiscard]] NodeId FindAttribute(NodeId node, std::uint32_t name) const;
+  [[nodiscard]] NodeId FindAttribute(NodeId node, std::uint32_t name);
   [[nodiscard]] NodeId ParentOf(NodeId id) const;
   /// The first child that has a record of its own.
   [[nodiscard]] NodeId FirstLinkedChild(NodeId id) const {
@@ -190,7 +218,7 @@ class Evaluator {
   [[nodiscard]] bool HoldsDirectly(const Expr& expr, ExprId members, const Place& place);
   [[nodiscard]] bool RightMissing(const Expr& expr, ExprId members, const Place& place);
   [[nodiscard]] bool HoldsByWatching(ExprId id, ExprId members, const Place& place);
-  [[nodiscard]] std::vector<Rank> DecidingRanks(const Expr& expr);
+  [[nodiscard]] LeadTable DecidingRanks(const Expr& expr);
   [[nodiscard]] bool HoldsForMember(const Expr& expr, const Place& member, const Value& right);
   [[nodiscard]] bool HoldsForValues(const Expr& expr, const Value& left, const Value& right);
   [[nodiscard]] bool HoldsForNodes(const Expr& expr, const Value& left, const Value& right);
@@ -202,11 +230,13 @@ class Evaluator {
   [[nodiscard]] static Value TextValue(std::string_view text);
   [[nodiscard]] static Value NumberValue(double number);
   [[nodiscard]] std::string_view NodeNameOf(NodeId node) const;
+  [[nodiscard]] NodeTexts& Texts();
+  [[nodiscard]] std::string_view WithoutBlanks(NodeId node);
   [[nodiscard]] std::string_view TextOf(NodeId node, std::string& buffer);
   [[nodiscard]] std::string_view TextOf(const Value& value, std::string& buffer);
   [[nodiscard]] double NumberOf(const Value& value);
   [[nodiscard]] double DateOf(const Value& value);
-  [[nodiscard]] datatypes::DataType TypeOf(NodeId node) const;
+  [[nodiscard]] datatypes::DataType TypeOf(NodeId node);
   [[nodiscard]] Value TypedValueOf(NodeId node);
   [[nodiscard]] dom::Cursor At(NodeId node) const { return {data_, node}; }
   [[nodiscard]] bool IsAttribute(NodeId node) const {
@@ -219,14 +249,24 @@ class Evaluator {
   [[nodiscard]] NodeId NearestAncestor(ExprId pattern, NodeId node);
   [[nodiscard]] bool MatchesExpr(ExprId id, NodeId node);
   [[nodiscard]] bool MatchesDirectly(ExprId id, NodeId node);
+  [[nodiscard]] const MatchSite& MatchesOf(ExprId id);
   [[nodiscard]] bool MatchesChain(const Expr& path, NodeId node);
-  [[nodiscard]] bool BeginsAt(const Expr& path, NodeId parent);
+  [[nodiscard]] bool BeginsAt(const Expr& path, NodeId parent) const;
+  [[nodiscard]] bool IsInDocument(NodeId node);
   [[nodiscard]] bool Survives(const Step& step, NodeId node, NodeId parent);
-  [[nodiscard]] bool MatchesFromAbove(ExprId id, NodeId node);
+  [[nodiscard]] std::optional<bool> MatchesFromAbove(ExprId id, NodeId node, std::uint64_t most);
   void FillMatches(ExprId id);
   void AddMatches(ExprId id, std::vector<bool>& matches);
-  void AddMatchesOfChain(const Expr& path, std::vector<bool>& matches);
+  void AddMatchesBelow(const Expr& path, std::vector<bool>& matches);
   void AddMatchesFrom(const Expr& path, Rank above, std::vector<bool>& matches);
+  /// A step from one node to the only one that it leads to from there.
+  struct Way {
+    Rank to;
+    Rank from;
+  };
+  [[nodiscard]] std::vector<Way> WaysThrough(const Step& step);
+  void FindRanks(const Expr& path, Rank context, std::vector<Rank>& found);
+  [[nodiscard]] bool AddMatchesThrough(const Expr& path, std::vector<bool>& matches);
   void MarkFrom(std::size_t base, Rank first, Rank end, std::vector<bool>& matches);
 
   // Tables (evaluator_tables.cc)
@@ -236,16 +276,27 @@ class Evaluator {
   [[nodiscard]] Rank ParentRank(Rank rank);
   /// The rank of the first node; a document whose content has been replaced has no nodes.
   [[nodiscard]] Rank FirstRank() const noexcept { return retired_ ? 1 : 0; }
-  [[nodiscard]] std::vector<Rank> OwnRanks();
-  [[nodiscard]] std::vector<Rank> Tabulate(ExprId id, const std::vector<Rank>& last);
-  [[nodiscard]] std::vector<Rank> TabulatePath(const Expr& path, std::vector<Rank> table);
-  [[nodiscard]] std::vector<Rank> TabulateStep(const Step& step, const std::vector<Rank>& next);
-  void TabulateCandidates(const Step& step, const std::vector<Rank>& next,
-                          std::vector<Rank>& table);
-  void TabulateLists(const Step& step, const std::vector<Rank>& next, std::vector<Rank>& table);
-  void TabulateSingle(const Step& step, const std::vector<Rank>& next, std::vector<Rank>& table);
+  [[nodiscard]] LeadTable OwnRanks(std::uint32_t places, LeadEnd end);
+  [[nodiscard]] LeadTable Tabulate(ExprId id, const LeadTable& last);
+  [[nodiscard]] LeadTable TabulatePath(const Expr& path, LeadTable table);
+  [[nodiscard]] LeadTable TabulateStep(const Step& step, const LeadTable& next);
+  [[nodiscard]] LeadTable Filtered(const Step& step, std::uint32_t count, const LeadTable& next);
+  using Part = TreeIndex::Part;  // of the index's texts
+  [[nodiscard]] LeadTable ThroughIds(const LeadTable& next);
+  [[nodiscard]] static std::vector<Part> WordsOf(std::string_view text);
+  [[nodiscard]] Part TextPartOf(Rank rank);
+  void AddWholeWords(const std::vector<Part>& words, const LeadTable& next, LeadTable& table);
+  void PushCutWords(const std::vector<Part>& words, Rank rank);
+  void JoinFound(std::size_t base, Rank from, const LeadTable& next, LeadTable& table);
+  void TabulateCandidates(const Step& step, const LeadTable& next, LeadTable& table);
+  void TabulateLists(const Step& step, const LeadTable& next, LeadTable& table);
+  void TabulateSingle(const Step& step, const LeadTable& next, LeadTable& table);
   [[nodiscard]] Rank TargetOf(const Step& step, Rank rank);
-  void SpreadUpwards(std::vector<Rank>& table);
+  void SpreadUpwards(LeadTable& table);
+  [[nodiscard]] std::optional<Pick> PickOf(const Step& step) const;
+  void PushGroup(const Step& step, NodeId context);
+  [[nodiscard]] const LeadTable& PicksOf(const Step& step, const Pick& pick);
+  [[nodiscard]] bool HasSecond(ExprId id, NodeId context);
 
   // The stack: sets under construction, one above the other.
   std::vector<NodeId> stack_;
@@ -262,9 +313,11 @@ class Evaluator {
   NodeTexts texts_;
   std::string leftText_;
   std::string rightText_;
-  std::uint64_t work_ = 0;     // nodes visited so far
-  std::uint64_t patience_;     // work after which overlapping work is worth a table
-  bool textsIndexed_ = false;  // texts_ has been given the index
+  std::uint64_t work_ = 0;         // nodes visited so far
+  std::uint64_t patience_;         // work after which overlapping work is worth a table
+  bool textsIndexed_ = false;      // texts_ has been given the index
+  std::optional<bool> someTyped_;  // some element may carry its data type; once it was asked
+  std::pair<NodeId, datatypes::DataType> lastTypes_[2] = {};
   std::unique_ptr<Memory> memory_;
 };
 

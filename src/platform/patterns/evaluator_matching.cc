@@ -15,30 +15,27 @@ using dom::NodeId;
 using dom::NodeType;
 
 NodeId Evaluator::NearestAncestor(ExprId pattern, NodeId node) {
-  if (Remembered().matchSites[pattern].work > patience_) {
-    if (Remembered().matchSites[pattern].nearest.empty()) FillMatches(pattern);
-    const Rank rank = Index().RankOf(node);
-    if (rank != kNoRank) {
-      const Rank found = Remembered().matchSites[pattern].nearest[rank];
-      return found == kNoRank ? kNoNode : Index().NodeAt(found);
+  for (NodeId at = ParentOf(node); at != kNoNode; at = ParentOf(at)) {
+    if (Remembered().matchSites[pattern].work > patience_) {
+      const Rank rank = Index().RankOf(node);
+      if (rank != kNoRank) {
+        const Rank found = MatchesOf(pattern).nearest[rank];
+        return found == kNoRank ? kNoNode : Index().NodeAt(found);
+      }
     }
+    if (MatchesExpr(pattern, at)) return at;
   }
-  const std::uint64_t before = work_;
-  NodeId at = ParentOf(node);
-  while (at != kNoNode && !MatchesDirectly(pattern, at)) at = ParentOf(at);
-  Remembered().matchSites[pattern].work += work_ - before;
-  return at;
+  return kNoNode;
 }
 
 bool Evaluator::MatchesExpr(ExprId id, NodeId node) {
   if (Remembered().matchSites[id].work > patience_) {
-    if (Remembered().matchSites[id].nearest.empty()) FillMatches(id);
     const Rank rank = Index().RankOf(node);
-    if (rank != kNoRank) return Remembered().matchSites[id].matches[rank];
+    if (rank != kNoRank) return MatchesOf(id).matches[rank];
   }
-  const std::uint64_t before = work_;
+  const std::uint64_t before = Work();
   const bool matches = MatchesDirectly(id, node);
-  Remembered().matchSites[id].work += work_ - before;
+  Remembered().matchSites[id].work += Work() - before;
   return matches;
 }
 
@@ -52,13 +49,19 @@ bool Evaluator::MatchesDirectly(ExprId id, NodeId node) {
     return false;
   }
   if (expr.kind != ExprKind::kPath) return false;
-  return expr.chain ? MatchesChain(expr, node) : MatchesFromAbove(id, node);
+  if (expr.chain) return MatchesChain(expr, node);
+  // One answer may cost as much as all of them: then these are taken.
+  if (const std::optional<bool> matches = MatchesFromAbove(id, node, patience_)) return *matches;
+  const Rank rank = Index().RankOf(node);
+  if (rank != kNoRank) return MatchesOf(id).matches[rank];
+  return *MatchesFromAbove(id, node, ~std::uint64_t{0});
 }
 
 // Reads the steps from the last one. Above a "//" the nearest place that fits is taken: it leaves
 // most room for what stands before it, so only the last such choice is ever taken back.
 bool Evaluator::MatchesChain(const Expr& path, NodeId node) {
   if (path.count == 0) return node == kDocumentNode;
+  if (path.absolute && !IsInDocument(node)) return false;
   const Step* steps = &code_.steps[path.first];
   std::uint32_t i = path.count - 1;
   std::uint32_t retryStep = path.count;  // the step to try again further up, when there is one
@@ -88,15 +91,19 @@ bool Evaluator::MatchesChain(const Expr& path, NodeId node) {
   }
 }
 
-// Whether a chain may begin with a child or attribute of `parent`.
-bool Evaluator::BeginsAt(const Expr& path, NodeId parent) {
+// Whether a chain, of which a node of the document is asked when it begins with a slash, may begin
+// with a child or attribute of `parent`. Nothing is found below attributes.
+bool Evaluator::BeginsAt(const Expr& path, NodeId parent) const {
   if (!path.absolute) return true;
-  if (!code_.steps[path.first].descend) return parent == kDocumentNode;
-  while (parent != kNoNode && parent != kDocumentNode && !IsAttribute(parent)) {
+  return code_.steps[path.first].descend ? !IsInAttribute(parent) : parent == kDocumentNode;
+}
+
+bool Evaluator::IsInDocument(NodeId node) {
+  while (node != kNoNode && node != kDocumentNode) {
     ++work_;
-    parent = ParentOf(parent);
+    node = ParentOf(node);
   }
-  return parent == kDocumentNode;
+  return node == kDocumentNode;
 }
 
 // Whether a child or attribute is among those that the step gives from its parent.
@@ -119,15 +126,18 @@ bool Evaluator::Survives(const Step& step, NodeId node, NodeId parent) {
   return found;
 }
 
-bool Evaluator::MatchesFromAbove(ExprId id, NodeId node) {
+// Nothing when the answer has cost more than `most`.
+std::optional<bool> Evaluator::MatchesFromAbove(ExprId id, NodeId node, std::uint64_t most) {
   const Expr& path = code_.exprs[id];
+  const std::uint64_t before = Work();
   for (NodeId above = path.absolute ? kDocumentNode : ParentOf(node); above != kNoNode;
        above = ParentOf(above)) {
+    if (Work() - before > most) return std::nullopt;
     const std::size_t base = stack_.size();
     PushPath(path, above, Limit::kAll);
     const auto first = stack_.begin() + static_cast<std::ptrdiff_t>(base);
     const bool found = std::find(first, stack_.end(), node) != stack_.end();
-    work_ += stack_.size() - base;
+    work_ += stack_.size() - base + 1;
     stack_.resize(base);
     if (found || path.absolute) return found;
   }
@@ -137,6 +147,11 @@ bool Evaluator::MatchesFromAbove(ExprId id, NodeId node) {
 // For all nodes at once
 // ----------------------------------------------------------------------------
 
+const Evaluator::MatchSite& Evaluator::MatchesOf(ExprId id) {
+  if (Remembered().matchSites[id].nearest.empty()) FillMatches(id);
+  return Remembered().matchSites[id];
+}
+
 void Evaluator::FillMatches(ExprId id) {
   std::vector<bool> matches(Index().Count());
   AddMatches(id, matches);
@@ -145,6 +160,7 @@ void Evaluator::FillMatches(ExprId id) {
     const Rank parent = ParentRank(rank);
     if (parent != kNoRank) nearest[rank] = matches[parent] ? parent : nearest[parent];
   }
+  work_ += nearest.size();
   MatchSite& site = Remembered().matchSites[id];
   site.matches = std::move(matches);
   site.nearest = std::move(nearest);
@@ -156,18 +172,18 @@ void Evaluator::AddMatches(ExprId id, std::vector<bool>& matches) {
     for (std::uint32_t i = 0; i < expr.count; ++i) AddMatches(code_.links[expr.first + i], matches);
   } else if (expr.absolute) {
     AddMatchesFrom(expr, Index().RankOf(kDocumentNode), matches);
-  } else if (expr.chain) {
-    AddMatchesOfChain(expr, matches);
-  } else {
+  } else if (expr.below) {
+    AddMatchesBelow(expr, matches);
+  } else if (!AddMatchesThrough(expr, matches)) {
     for (Rank above = FirstRank(); above < Index().Count(); ++above) {
       AddMatchesFrom(expr, above, matches);
     }
   }
 }
 
-// A chain gives from all nodes together what it gives from each: each node that it leads to is
-// below the one that it was asked from.
-void Evaluator::AddMatchesOfChain(const Expr& path, std::vector<bool>& matches) {
+// A path whose nodes all are below the one that it is asked from gives from all nodes together what
+// it gives from each.
+void Evaluator::AddMatchesBelow(const Expr& path, std::vector<bool>& matches) {
   const std::size_t base = stack_.size();
   for (Rank rank = FirstRank(); rank < Index().Count(); ++rank) {
     stack_.push_back(Index().NodeAt(rank));
@@ -176,8 +192,82 @@ void Evaluator::AddMatchesOfChain(const Expr& path, std::vector<bool>& matches) 
   MarkFrom(base, 0, Index().Count(), matches);
 }
 
+// A path that begins with one node that many share, such as "../x": the rest of it is taken once
+// for each such node. False for other paths.
+bool Evaluator::AddMatchesThrough(const Expr& path, std::vector<bool>& matches) {
+  const Step& step = code_.steps[path.first];
+  if (step.descend || (step.axis != Axis::kParent && step.axis != Axis::kAncestor)) return false;
+  const std::vector<Way> ways = WaysThrough(step);
+  Expr rest = path;
+  ++rest.first;
+  --rest.count;
+  // What "//x" finds from the shared node and below the one asked from, it finds from that itself;
+  // below an attribute nothing is found from its element.
+  const bool anyDepth = rest.count == 1 && code_.steps[rest.first].descend &&
+                        code_.steps[rest.first].axis <= Axis::kAttribute;
+  if (anyDepth) {
+    const std::size_t base = stack_.size();
+    for (const Way& way : ways) {
+      if (!Index().IsAttribute(way.from)) stack_.push_back(Index().NodeAt(way.from));
+    }
+    PutInOrder(base);
+    TakeSteps(rest, base, Order::kSorted, Limit::kAll);
+    MarkFrom(base, 0, Index().Count(), matches);
+    return true;
+  }
+  std::vector<Rank> found;
+  for (auto way = ways.begin(); way != ways.end();) {
+    const Rank target = way->to;
+    FindRanks(rest, target, found);
+    for (; way != ways.end() && way->to == target; ++way) {
+      auto at = std::upper_bound(found.begin(), found.end(), way->from);
+      for (; at != found.end() && *at < Index().EndOf(way->from); ++at) matches[*at] = true;
+    }
+  }
+  return true;
+}
+
+// From which nodes, of those that have something below them, the step leads to which one.
+std::vector<Evaluator::Way> Evaluator::WaysThrough(const Step& step) {
+  std::vector<Way> ways;
+  for (Rank from = FirstRank(); from < Index().Count(); ++from) {
+    ++work_;
+    if (Index().EndOf(from) == from + 1) continue;
+    const Rank to = TargetOf(step, from);
+    if (to != kNoRank) ways.push_back({to, from});
+  }
+  std::stable_sort(ways.begin(), ways.end(),
+                   [](const Way& a, const Way& b) { return a.to < b.to; });
+  auto kept = ways.begin();
+  for (auto way = ways.begin(); way != ways.end();) {
+    const Rank to = way->to;
+    const bool passes = PassesAll(step, Index().NodeAt(to));
+    for (; way != ways.end() && way->to == to; ++way) {
+      if (passes) *kept++ = *way;
+    }
+  }
+  ways.erase(kept, ways.end());
+  return ways;
+}
+
+// The ranks of what a path gives from one node, in order.
+void Evaluator::FindRanks(const Expr& path, Rank context, std::vector<Rank>& found) {
+  found.clear();
+  const std::size_t base = stack_.size();
+  PushPath(path, Index().NodeAt(context), Limit::kAll);
+  for (std::size_t i = base; i < stack_.size(); ++i) {
+    const Rank rank = Index().RankOf(stack_[i]);
+    if (rank != kNoRank) found.push_back(rank);
+  }
+  work_ += stack_.size() - base;
+  stack_.resize(base);
+  std::sort(found.begin(), found.end());
+}
+
 // What the path gives from one node and below it. A leading slash finds the document itself too.
 void Evaluator::AddMatchesFrom(const Expr& path, Rank above, std::vector<bool>& matches) {
+  ++work_;
+  if (!path.absolute && Index().EndOf(above) == above + 1) return;
   const std::size_t base = stack_.size();
   PushPath(path, Index().NodeAt(above), Limit::kAll);
   MarkFrom(base, path.absolute ? above : above + 1, Index().EndOf(above), matches);
@@ -188,6 +278,7 @@ void Evaluator::MarkFrom(std::size_t base, Rank first, Rank end, std::vector<boo
     const Rank rank = Index().RankOf(stack_[i]);
     if (rank >= first && rank < end) matches[rank] = true;
   }
+  work_ += stack_.size() - base;
   stack_.resize(base);
 }
 

@@ -10,6 +10,18 @@ namespace kx::patterns {
 /// The children, or siblings, whose first one is `first`.
 template <class Visit>
 void Evaluator::ForEachLinked(const NodeTest& test, NodeId first, const Visit& visit) {
+  if (test.rule == NameRule::kWritten) {
+    // The usual step; comparing names first leaves out most nodes.
+    const std::uint32_t name = names_[test.name];
+    if (name == kUnknownName) return;
+    for (NodeId at = first; at != dom::kNoNode; at = records_[at].next) {
+      ++work_;
+      const NodeRecord& record = records_[at];
+      if (nameTable_->QNameOf(record.name) != name) continue;
+      if ((test.types >> static_cast<unsigned>(record.type) & 1U) != 0 && !visit(at)) return;
+    }
+    return;
+  }
   for (NodeId at = first; at != dom::kNoNode; at = records_[at].next) {
     ++work_;
     if (PassesTest(test, records_[at]) && !visit(at)) return;

@@ -39,13 +39,18 @@ bool Evaluator::PassesName(const NodeTest& test, const NodeRecord& record) const
 }
 
 // The attribute of an element, or kNoNode. `name` is an index into the pattern's names.
-NodeId Evaluator::FindAttribute(NodeId node, std::uint32_t name) const {
+NodeId Evaluator::FindAttribute(NodeId node, std::uint32_t name) {
   const std::uint32_t wanted = names_[name];
   if (wanted == kUnknownName || dom::IsInlineTextId(node)) return kNoNode;
   const NodeRecord& record = records_[node];
   if (record.type != NodeType::kElement) return kNoNode;
   NodeId at = record.firstAttribute;
-  while (at != kNoNode && nameTable_->QNameOf(records_[at].name) != wanted) at = records_[at].next;
+  std::uint64_t passed = 0;
+  while (at != kNoNode && nameTable_->QNameOf(records_[at].name) != wanted) {
+    at = records_[at].next;
+    ++passed;
+  }
+  work_ += passed;
   return at;
 }
 
@@ -85,8 +90,7 @@ void Evaluator::PushOther(const Step& step, NodeId context) {
       if (const NodeId parent = ParentOf(context); parent != kNoNode) stack_.push_back(parent);
       break;
     case Axis::kGroup:
-      PushSet(step.expr, context);
-      break;
+      return PushGroup(step, context);
     case Axis::kAncestor:
       if (const NodeId found = NearestAncestor(step.expr, context); found != kNoNode) {
         stack_.push_back(found);
@@ -125,23 +129,28 @@ void Evaluator::PushIds(const Step& step, NodeId context) {
   const std::size_t base = stack_.size();
   PushSet(step.expr, context);
   const std::size_t end = stack_.size();
-  for (std::size_t i = base; i < end; ++i) {
-    std::string_view left = TextOf(stack_[i], leftText_);
-    while (!left.empty()) {
-      const auto blank = std::find_if(left.begin(), left.end(), [](char c) {
-        return text::IsXmlSpace(static_cast<unsigned char>(c));
-      });
-      const auto length = static_cast<std::size_t>(blank - left.begin());
-      if (length != 0) PushId(left.substr(0, length));
-      left.remove_prefix(std::min(length + 1, left.size()));
-    }
-  }
+  for (std::size_t i = base; i < end; ++i) PushIdsIn(stack_[i]);
   DropBelow(base, end);
-  order_.Sort(stack_, base, start_);
+  PutInOrder(base);
+}
+
+// The elements with the IDs that stand in the node's text, between blanks.
+void Evaluator::PushIdsIn(NodeId node) {
+  std::string_view left = TextOf(node, leftText_);
+  work_ += 1 + left.size() / 16;
+  while (!left.empty()) {
+    const auto blank = std::find_if(left.begin(), left.end(), [](char c) {
+      return text::IsXmlSpace(static_cast<unsigned char>(c));
+    });
+    const auto length = static_cast<std::size_t>(blank - left.begin());
+    if (length != 0) PushId(left.substr(0, length));
+    left.remove_prefix(std::min(length + 1, left.size()));
+  }
 }
 
 void Evaluator::PushId(std::string_view value) {
   const auto& ids = Ids();
+  if (value.size() > Remembered().longestId) return;
   const auto found = ids.find(std::string(value));
   if (found != ids.end()) stack_.push_back(found->second);
 }
@@ -155,7 +164,10 @@ const std::unordered_map<std::string, NodeId>& Evaluator::Ids() {
   for (Cursor at = document; at; at = at.NextInTree(document)) {
     if (!at.IsElement()) continue;
     for (Cursor attribute = at.FirstAttribute(); attribute; attribute = attribute.Next()) {
-      if (IsId(attribute)) ids->emplace(attribute.TextContent(), at.Id());
+      if (!IsId(attribute)) continue;
+      std::string value = attribute.TextContent();
+      Remembered().longestId = std::max(Remembered().longestId, value.size());
+      ids->emplace(std::move(value), at.Id());
     }
   }
   return *ids;
@@ -187,8 +199,8 @@ void Evaluator::FilterOnce(const Filter& filter, std::size_t base) {
   stack_.resize(kept);
 }
 
-bool Evaluator::PassesFilters(const Step& step, NodeId node) {
-  for (std::uint32_t i = 0; i < step.filterCount; ++i) {
+bool Evaluator::PassesFirst(const Step& step, std::uint32_t count, NodeId node) {
+  for (std::uint32_t i = 0; i < count; ++i) {
     if (!Passes(code_.filters[step.firstFilter + i], {node, 0, 1})) return false;
   }
   return true;

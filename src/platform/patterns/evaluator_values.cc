@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace kx::patterns {
 
@@ -165,33 +166,34 @@ bool Evaluator::HoldsByWatching(ExprId id, ExprId members, const Place& place) {
   const bool asksPlaces = left.kind == ExprKind::kInfo &&
                           (left.method == InfoMethod::kIndex || left.method == InfoMethod::kEnd);
   if (!asksPlaces && Remembered().sites[id].work > patience_) {
-    if (Remembered().sites[id].table.empty()) {
-      std::vector<Rank> table = Tabulate(members, DecidingRanks(expr));
+    if (!Remembered().sites[id].table.IsMade()) {
+      LeadTable table = Tabulate(members, DecidingRanks(expr));
       Remembered().sites[id].table = std::move(table);
     }
     const Rank rank = Index().RankOf(place.node);
     if (rank != kNoRank) {
-      const bool found = Remembered().sites[id].table[rank] != kNoRank;
+      const bool found = Remembered().sites[id].table.First(rank) != kNoRank;
       return found == (expr.quantifier == Quantifier::kAny);
     }
   }
-  const std::uint64_t before = work_;
+  const std::uint64_t before = Work();
   const bool holds = HoldsDirectly(expr, members, place);
-  Remembered().sites[id].work += work_ - before;
+  Remembered().sites[id].work += Work() - before;
   return holds;
 }
 
 // Each node that decides the comparison by itself, at its own rank.
-std::vector<Rank> Evaluator::DecidingRanks(const Expr& expr) {
+LeadTable Evaluator::DecidingRanks(const Expr& expr) {
   const bool decisive = expr.quantifier == Quantifier::kAny;
   const Value right = OperandValue(expr.right, {start_, 0, 1});
-  std::vector<Rank> ranks = OwnRanks();
-  for (Rank rank = 0; rank < ranks.size(); ++rank) {
+  LeadTable table(Index().Count(), 1, LeadEnd::kFirst);
+  for (Rank rank = FirstRank(); rank < table.Count(); ++rank) {
     const Place member{Index().NodeAt(rank), 0, 1};
     const bool holds = right.kind != ValueKind::kNothing && HoldsForMember(expr, member, right);
-    if (holds != decisive) ranks[rank] = kNoRank;
+    if (holds == decisive) table.Add(rank, rank);
   }
-  return ranks;
+  work_ += table.Cells();
+  return table;
 }
 
 bool Evaluator::HoldsForMember(const Expr& expr, const Place& member, const Value& right) {
@@ -256,10 +258,7 @@ Evaluator::Value Evaluator::InfoValue(const Expr& expr, const Place& place) {
   if (first == kNoNode) return {};
   Place subject{first, 0, 1};
   if (expr.method == InfoMethod::kEnd) {
-    const std::size_t base = stack_.size();
-    PushSet(expr.left, place.node);
-    subject.count = static_cast<std::uint32_t>(stack_.size() - base);
-    stack_.resize(base);
+    subject.count = HasSecond(expr.left, place.node) ? 2 : 1;
   }
   return MethodValue(expr, subject);
 }
@@ -318,12 +317,22 @@ std::string_view Evaluator::NodeNameOf(NodeId node) const {
 
 // Readings of a value ----------------------------------------------------------------------------
 
-std::string_view Evaluator::TextOf(NodeId node, std::string& buffer) {
+NodeTexts& Evaluator::Texts() {
   if (texts_.Work() > patience_ && !textsIndexed_) {
     textsIndexed_ = true;
+    static_cast<void>(Index());
+    Remembered().index->AddTexts();
     texts_.Use(Index());
   }
-  return texts_.Of(At(node), buffer);
+  return texts_;
+}
+
+std::string_view Evaluator::TextOf(NodeId node, std::string& buffer) {
+  return Texts().Of(At(node), buffer);
+}
+
+std::string_view Evaluator::WithoutBlanks(NodeId node) {
+  return Texts().WithoutBlanks(TextOf(node, leftText_));
 }
 
 std::string_view Evaluator::TextOf(const Value& value, std::string& buffer) {
@@ -343,7 +352,7 @@ double Evaluator::NumberOf(const Value& value) {
     case ValueKind::kNode: {
       const Value typed = TypedValueOf(value.node);
       if (typed.kind != ValueKind::kNothing) return typed.number;
-      return ReadNumber(TextOf(value.node, leftText_));
+      return Texts().NumberOf(At(value.node), leftText_);
     }
     case ValueKind::kText:
       return ReadNumber(value.text);
@@ -357,7 +366,7 @@ double Evaluator::DateOf(const Value& value) {
     case ValueKind::kNode: {
       const Value typed = TypedValueOf(value.node);
       if (typed.kind == ValueKind::kDate) return typed.number;
-      return ReadDate(TextOf(value.node, leftText_));
+      return ReadDate(WithoutBlanks(value.node));
     }
     case ValueKind::kText:
       return ReadDate(value.text);
@@ -366,15 +375,22 @@ double Evaluator::DateOf(const Value& value) {
   }
 }
 
-DataType Evaluator::TypeOf(NodeId node) const {
+DataType Evaluator::TypeOf(NodeId node) {
   if (dom::IsInlineTextId(node)) return DataType::kNone;
   const NodeRecord& record = records_[node];
   if (record.type != NodeType::kElement && record.type != NodeType::kAttribute) {
     return DataType::kNone;
   }
   if (options_.typing != nullptr) return options_.typing->TypeOf(At(node));
-  const bool typed = record.type == NodeType::kElement && record.firstAttribute != kNoNode;
-  return typed ? WrittenType(At(node)) : DataType::kNone;
+  if (record.type != NodeType::kElement || record.firstAttribute == kNoNode) return DataType::kNone;
+  if (!someTyped_) someTyped_ = HasWrittenTypes(*nameTable_);
+  if (!*someTyped_) return DataType::kNone;
+  for (const auto& [known, type] : lastTypes_) {
+    if (known == node) return type;
+  }
+  const DataType type = WrittenType(At(node));
+  lastTypes_[1] = std::exchange(lastTypes_[0], {node, type});
+  return type;
 }
 
 // The number or date of a node with such a type; nothing for others, and for a text that does not
@@ -383,11 +399,11 @@ Evaluator::Value Evaluator::TypedValueOf(NodeId node) {
   const DataType type = TypeOf(node);
   if (type == DataType::kNone) return {};
   if (datatypes::IsDateType(type)) {
-    const auto date = ReadDateAs(type, TextOf(node, leftText_));
+    const auto date = ReadDateAs(type, WithoutBlanks(node));
     return date ? Value{ValueKind::kDate, kNoNode, {}, *date} : Value{};
   }
   if (type == DataType::kBoolean) {
-    const auto truth = ReadBoolean(TextOf(node, leftText_));
+    const auto truth = ReadBoolean(WithoutBlanks(node));
     return truth ? NumberValue(*truth) : Value{};
   }
   if (!IsNumericType(type)) return {};

@@ -2,10 +2,12 @@
 #include "platform/patterns/node_text.h"
 
 #include "platform/dom/document_impl.h"
+#include "platform/patterns/number_reading.h"
 #include "platform/text/unicode.h"
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace kx::patterns {
 
@@ -16,34 +18,48 @@ using dom::NodeType;
 
 constexpr bool IsBlank(char c) { return text::IsXmlSpace(static_cast<unsigned char>(c)); }
 
-// Blanks go from both ends, but none of the `fixed` part.
-std::string_view Trim(std::string_view text, TreeIndex::Part fixed) {
-  std::size_t end = text.size();
-  while (end > fixed.end && IsBlank(text[end - 1])) --end;
-  const std::size_t latest = fixed.end == 0 ? end : fixed.begin;
-  std::size_t begin = 0;
-  while (begin < latest && IsBlank(text[begin])) ++begin;
-  return text.substr(begin, end - begin);
-}
-
-// What the element itself says about its white space, if anything.
-std::optional<bool> OwnSpaceRule(const Cursor& node) {
-  if (!node.IsElement()) return std::nullopt;
-  const Cursor space = node.FindAttribute("xml:space");
-  if (!space) return std::nullopt;
-  return space.TextContent() == "preserve";
-}
+// Longer texts are worth being looked up.
+constexpr std::size_t kShortText = 64;
 
 }  // namespace
 
+// What the element itself says about its white space, if anything.
+std::optional<bool> NodeTexts::OwnSpaceRule(const Cursor& node) {
+  if (!node.IsElement()) return std::nullopt;
+  for (Cursor at = node.FirstAttribute(); at; at = at.Next()) {
+    ++work_;
+    if (at.QualifiedName() == "xml:space") return at.TextContent() == "preserve";
+  }
+  return std::nullopt;
+}
+
 NodeTexts::NodeTexts(const dom::DocumentData& data) noexcept
-    : data_(&data),
-      trims_(data.Owner() != nullptr && !data.Owner()->settings.preserveWhiteSpace),
-      someKeepsSpace_(trims_ && data.Names().FindQName("xml:space") != 0) {}
+    : data_(&data), trims_(data.Owner() != nullptr && !data.Owner()->settings.preserveWhiteSpace) {}
+
+// Blanks go from both ends, but none of the `fixed` part.
+std::string_view NodeTexts::Trim(std::string_view text, TreeIndex::Part fixed) const {
+  std::size_t end = text.size();
+  std::size_t begin = 0;
+  if (runs_.Covers(text)) {
+    end = std::max(fixed.end, runs_.BlanksBegin(text, end));
+    begin = runs_.BlanksEnd(text, 0);
+  } else {
+    while (end > fixed.end && IsBlank(text[end - 1])) --end;
+    while (begin < end && IsBlank(text[begin])) ++begin;
+  }
+  begin = std::min(begin, fixed.end == 0 ? end : fixed.begin);
+  return text.substr(begin, end - begin);
+}
+
+bool NodeTexts::SomeKeepSpace() {
+  if (!someKeepSpace_) someKeepSpace_ = trims_ && data_->Names().FindQName("xml:space") != 0;
+  return *someKeepSpace_;
+}
 
 void NodeTexts::Use(const TreeIndex& index) {
   index_ = &index;
-  if (!someKeepsSpace_) return;
+  runs_ = TextRuns(index.Texts());
+  if (!SomeKeepSpace()) return;
   keepsSpace_.resize(index.Count());
   for (Rank rank = 0; rank < index.Count(); ++rank) {
     const Rank parent = index.ParentOf(rank);
@@ -71,7 +87,7 @@ bool NodeTexts::IsTrimmed(const Cursor& node) {
     case NodeType::kDocument:
     case NodeType::kDocumentFragment:
     case NodeType::kEntityReference:
-      return !someKeepsSpace_ || !KeepsSpace(node);
+      return !SomeKeepSpace() || !KeepsSpace(node);
     default:
       return false;
   }
@@ -82,6 +98,17 @@ std::string_view NodeTexts::Of(const Cursor& node, std::string& buffer) {
   TreeIndex::Part fixed;
   const std::string_view text = node.HasWholeText() ? node.OwnText() : Collect(node, buffer, fixed);
   return IsTrimmed(node) ? Trim(text, fixed) : text;
+}
+
+double NodeTexts::NumberOf(const Cursor& node, std::string& buffer) {
+  for (const LongNumber& last : lastNumbers_) {
+    if (last.node == node.Id() && node) return last.number;
+  }
+  const std::string_view text = Of(node, buffer);
+  if (text.size() <= kShortText) return ReadNumber(text);
+  const double number = runs_.Covers(text) ? ReadNumber(text, runs_) : ReadNumber(text);
+  lastNumbers_[1] = std::exchange(lastNumbers_[0], {node.Id(), number});
+  return number;
 }
 
 std::string_view NodeTexts::Collect(const Cursor& node, std::string& buffer,

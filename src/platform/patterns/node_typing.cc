@@ -23,6 +23,11 @@ class ByAttribute final : public NodeTyping {
 
 }  // namespace
 
+bool HasWrittenTypes(const dom::NameTable& names) noexcept {
+  constexpr dom::UriId kUnknown = 0xFFFFFFFF;
+  return names.FindUri(kDataTypeNamespace) != kUnknown;
+}
+
 DataType WrittenType(const dom::Cursor& element) {
   for (dom::Cursor at = element.FirstAttribute(); at; at = at.Next()) {
     if (at.LocalName() != "dt" || at.NamespaceUri() != kDataTypeNamespace) continue;

@@ -21,6 +21,9 @@ class NodeTyping {
 /// The typing of documents without a schema: the dt:dt attribute of an element, and no IDs.
 [[nodiscard]] const NodeTyping& WrittenTyping() noexcept;
 
+/// False when no element of a document with these names has a dt:dt attribute.
+[[nodiscard]] bool HasWrittenTypes(const dom::NameTable& names) noexcept;
+
 /// The type that an element's own dt:dt attribute gives it: kNone without one, and for elements of
 /// the schema language itself, which declare and are not typed.
 [[nodiscard]] datatypes::DataType WrittenType(const dom::Cursor& element);

@@ -7,6 +7,10 @@
 namespace kx::patterns {
 
 const Pattern& PatternCache::Get(std::string_view text) {
+  if (entries_ && text.data() != nullptr) {
+    const Pattern& last = (*entries_)[last_].pattern;
+    if (last && last.Text() == text) return last;
+  }
   if (text.data() == nullptr || text.size() > kLongestText) return tooLong_ = Compile(text);
   if (!entries_) entries_ = std::make_unique<Entries>();
   const std::size_t hash = std::hash<std::string_view>()(text);
@@ -16,11 +20,13 @@ const Pattern& PatternCache::Get(std::string_view text) {
   for (Entry* entry = set; entry != set + kWays; ++entry) {
     if (entry->hash == hash && entry->pattern && entry->pattern.Text() == text) {
       entry->asked = questions_;
+      last_ = static_cast<std::size_t>(entry - entries_->data());
       return entry->pattern;
     }
     if (entry->asked < oldest->asked) oldest = entry;
   }
   *oldest = {hash, questions_, Compile(text)};
+  last_ = static_cast<std::size_t>(oldest - entries_->data());
   return oldest->pattern;
 }
 

@@ -38,6 +38,7 @@ class PatternCache {
   using Entries = std::array<Entry, kSets * kWays>;
 
   std::unique_ptr<Entries> entries_;  // made by the first pattern kept
+  std::size_t last_ = 0;              // the one asked last
   std::uint64_t questions_ = 0;
   Pattern tooLong_;  // the last one that was not kept
 };

@@ -131,6 +131,8 @@ struct Expr {
   bool invariant = false;   ///< nodes: the same whatever the context node is
   bool straight = false;    ///< a short path of children, attributes and "." only
   bool chain = false;       ///< a path of children and attributes, at any depth, only
+  bool downward = false;    ///< gives nothing but the context node and what is below it
+  bool below = false;       ///< gives nothing but what is below the context node
   Quantifier quantifier = Quantifier::kFirst;
   Comparison comparison = Comparison::kEqual;
   CaseRule caseRule = CaseRule::kExact;

@@ -220,12 +220,14 @@ class PatternParser {
     Expr expr;
     expr.kind = kind;
     expr.count = static_cast<std::uint32_t>(linksAside_.size() - base);
-    expr.invariant = kind == ExprKind::kUnion;
+    expr.invariant = expr.downward = expr.below = kind == ExprKind::kUnion;
     for (std::size_t i = base; i < linksAside_.size(); ++i) {
       const Expr& member = At(linksAside_[i]);
       expr.positional |= member.positional;
       expr.counted |= member.counted;
       expr.invariant &= member.invariant;
+      expr.downward &= member.downward;
+      expr.below &= member.below;
     }
     expr.first = MoveAside(linksAside_, base, code_.links);
     return {AddExpr(expr), kind == ExprKind::kUnion ? Worth::kNodes : Worth::kTruth, Since(begin)};
@@ -459,9 +461,22 @@ class PatternParser {
       path.straight &= !step.descend && step.axis <= Axis::kSelf;
       path.chain &= step.axis <= Axis::kAttribute;
     }
+    SetDirection(path, base);
     path.invariant = path.absolute || (path.count > 0 && BeginsAnywhere(stepsAside_[base]));
     path.first = MoveAside(stepsAside_, base, code_.steps);
     return AddExpr(path);
+  }
+
+  // Whether all that the path gives is at or below the context node, or below it.
+  void SetDirection(Expr& path, std::size_t base) const {
+    path.downward = !path.absolute;
+    for (std::size_t i = base; i < stepsAside_.size(); ++i) {
+      const Step& step = stepsAside_[i];
+      const bool group = step.axis == Axis::kGroup;
+      path.downward &= group ? At(step.expr).downward : step.axis <= Axis::kSelf;
+      path.below |= group ? At(step.expr).below : step.axis <= Axis::kAttribute;
+    }
+    path.below &= path.downward;
   }
 
   // "./a" is "a", and ".//a" is "a" at any depth.

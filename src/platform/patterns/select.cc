@@ -34,10 +34,13 @@ Node HandleOf(const Cursor& context, NodeId id) { return Node(Cursor(&context.Da
 NodeList SelectNodes(const Node& start, const Pattern& pattern, const QueryOptions& options) {
   const Code& code = pattern.GetCode();
   const Cursor at = BeginningOf(start, code);
-  const std::vector<NodeId> found = Evaluator(code, at, options).SelectAll();
+  NodeIds found;
+  Evaluator(code, at, options).SelectAll(found);
+  const std::span<const NodeId> ids = found.All();
+  if (ids.size() <= 1) return NodeList::OfNode(ids.empty() ? Node() : HandleOf(at, ids.front()));
   std::vector<Node> nodes;
-  nodes.reserve(found.size());
-  for (const NodeId id : found) nodes.push_back(HandleOf(at, id));
+  nodes.reserve(ids.size());
+  for (const NodeId id : ids) nodes.push_back(HandleOf(at, id));
   return NodeList::OfNodes(std::move(nodes));
 }
 

@@ -20,7 +20,6 @@ TreeIndex::TreeIndex(const dom::DocumentData& data, NodeId node) : data_(&data) 
     while (const Cursor parent = root.Parent()) root = parent;
     AddTree(root.Id());
   }
-  textAt_.push_back(text_.size());
   // From the last one back, so that all below a node is known when the node's turn comes.
   for (Rank rank = Count(); rank-- > 0;) {
     const Rank parent = parents_[rank];
@@ -54,15 +53,25 @@ void TreeIndex::Add(NodeId id, Rank parent) {
   nodes_.push_back(id);
   parents_.push_back(parent);
   ends_.push_back(rank + 1);
-  textAt_.push_back(text_.size());
-  if (Cursor(data_, id).IsText()) AddText(id);
   if (!dom::IsInlineTextId(id)) AddAttributes(id);
 }
 
-void TreeIndex::AddText(NodeId id) {
-  const Cursor at(data_, id);
+void TreeIndex::AddTexts() {
+  if (!textAt_.empty()) return;
+  textAt_.reserve(nodes_.size() + 1);
+  Rank attributeEnd = 0;
+  for (Rank rank = 0; rank < Count(); ++rank) {
+    textAt_.push_back(text_.size());
+    if (IsAttribute(rank)) attributeEnd = EndOf(rank);
+    if (rank >= attributeEnd) AddText(rank);
+  }
+  textAt_.push_back(text_.size());
+}
+
+void TreeIndex::AddText(Rank rank) {
+  const Cursor at(data_, nodes_[rank]);
+  if (!at.IsText()) return;
   const std::string_view text = at.OwnText();
-  if (inAttribute_) return;
   if (at.Type() == NodeType::kCData && !text.empty()) {
     cdata_.push_back({text_.size(), text_.size() + text.size()});
   }

@@ -3,7 +3,8 @@
 // text below it as a part of one long text.
 //
 // Made at most once in a query, when the repeated work has grown to the size of the tree; linear in
-// that size. Attributes and texts that are kept in their owner's record have places of their own.
+// that size. The text is added when it is asked for. Attributes and texts that are kept in their
+// owner's record have places of their own.
 #pragma once
 
 #include "platform/dom/document_data.h"
@@ -38,6 +39,10 @@ class TreeIndex {
   [[nodiscard]] Rank EndOf(Rank rank) const noexcept { return ends_[rank]; }
   [[nodiscard]] bool IsAttribute(Rank rank) const noexcept;
 
+  /// Lays out the texts, which the members below need.
+  void AddTexts();
+  /// All texts in one piece, those of attributes left out.
+  [[nodiscard]] std::string_view Texts() const noexcept { return text_; }
   /// All text and CDATA below an element, document or the like, in one piece.
   [[nodiscard]] std::string_view TextBelow(Rank rank) const noexcept {
     return std::string_view(text_).substr(textAt_[rank], textAt_[ends_[rank]] - textAt_[rank]);
@@ -57,7 +62,7 @@ class TreeIndex {
   void AddTree(dom::NodeId root);
   void Add(dom::NodeId id, Rank parent);
   void AddAttributes(dom::NodeId element);
-  void AddText(dom::NodeId id);
+  void AddText(Rank rank);
 
   const dom::DocumentData* data_;
   std::vector<dom::NodeId> nodes_;

@@ -6,74 +6,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
 
 namespace kx::patterns {
 
 namespace {
-
-constexpr bool IsBlank(char c) { return text::IsXmlSpace(static_cast<unsigned char>(c)); }
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-// Takes a sign off the front; true when it is a minus.
-bool TakeSign(std::string_view& text) {
-  if (text.empty() || (text.front() != '-' && text.front() != '+')) return false;
-  const bool negative = text.front() == '-';
-  text.remove_prefix(1);
-  return negative;
-}
-
-std::size_t CountDigits(std::string_view text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), IsDigit);
-  return static_cast<std::size_t>(end - text.begin());
-}
-
-// The length of digits with at most one point at the front of `text`; 0 without any digit.
-std::size_t MantissaLength(std::string_view text) {
-  const std::size_t whole = CountDigits(text);
-  if (whole == text.size() || text[whole] != '.') return whole;
-  const std::size_t fraction = CountDigits(text.substr(whole + 1));
-  return whole + fraction == 0 ? 0 : whole + 1 + fraction;
-}
-
-// The value of up to fifteen digits that a division by a power of ten at most makes: both are exact
-// as doubles, so the result is the nearest one. Nothing for longer ones.
-std::optional<double> ReadShort(std::string_view digits) {
-  constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  if (digits.size() > 15) return std::nullopt;
-  std::int64_t value = 0;
-  std::size_t fraction = 0;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    if (digits[i] == '.') {
-      fraction = digits.size() - i - 1;
-    } else {
-      value = value * 10 + (digits[i] - '0');
-    }
-  }
-  return static_cast<double>(value) / kPowers[fraction];
-}
-
-double ReadMantissa(std::string_view digits, std::int64_t exponent) {
-  if (exponent == 0) {
-    if (const std::optional<double> value = ReadShort(digits)) return *value;
-  }
-  return text::ReadDecimal(digits, exponent).value;
-}
-
-// An exponent of whatever length; far outside the range of a double it makes no difference.
-std::int64_t ReadExponent(std::string_view digits, bool negative) {
-  constexpr std::int64_t kMost = 1'000'000'000'000;
-  std::int64_t exponent = 0;
-  for (const char c : digits) exponent = std::min(kMost, exponent * 10 + (c - '0'));
-  return negative ? -exponent : exponent;
-}
 
 struct Folded {
   char32_t character;
@@ -107,27 +43,6 @@ int CompareFrom(std::string_view a, std::size_t atA, std::string_view b, std::si
 }
 
 }  // namespace
-
-double ReadNumber(std::string_view text) {
-  text = Trimmed(text);
-  const bool negative = TakeSign(text);
-  const std::size_t length = MantissaLength(text);
-  if (length == 0) return kUnreadable;
-  const std::string_view digits = text.substr(0, length);
-  text.remove_prefix(length);
-  std::int64_t exponent = 0;
-  if (!text.empty() && (text.front() == 'e' || text.front() == 'E')) {
-    text.remove_prefix(1);
-    const bool down = TakeSign(text);
-    const std::size_t exponentLength = CountDigits(text);
-    if (exponentLength == 0) return kUnreadable;
-    exponent = ReadExponent(text.substr(0, exponentLength), down);
-    text.remove_prefix(exponentLength);
-  }
-  if (!text.empty()) return kUnreadable;
-  const double magnitude = ReadMantissa(digits, exponent);
-  return negative ? -magnitude : magnitude;
-}
 
 std::string WriteNumber(double number) { return text::FormatDouble(number); }
 

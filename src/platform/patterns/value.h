@@ -3,21 +3,14 @@
 // unequal to everything and neither below nor above anything.
 #pragma once
 
+#include "platform/patterns/number_reading.h"
 #include "platform/patterns/pattern_code.h"
 
-#include <cmath>
-#include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 
 namespace kx::patterns {
 
-inline constexpr double kUnreadable = std::numeric_limits<double>::quiet_NaN();
-
-/// Blanks around it do not count; an optional sign, digits with an optional fraction (at least one
-/// digit in all), an optional exponent. kUnreadable for anything else, the empty text included.
-[[nodiscard]] double ReadNumber(std::string_view text);
 /// The decimal text of a number: no sign for positive ones, no fraction for whole ones.
 [[nodiscard]] std::string WriteNumber(double number);
 
