@@ -1,72 +1,17 @@
 // See pattern_parser.h.
 #include "platform/patterns/pattern_parser.h"
 
+#include "platform/patterns/filter_forms.h"
 #include "platform/patterns/pattern_lexer.h"
+#include "platform/patterns/pattern_methods.h"
 
 #include <algorithm>
-#include <limits>
 #include <optional>
 #include <utility>
 
 namespace kx::patterns {
 
 namespace {
-
-using dom::NodeType;
-
-constexpr std::uint16_t kElements = TypeBit(NodeType::kElement);
-constexpr std::uint16_t kAttributes = TypeBit(NodeType::kAttribute);
-constexpr std::uint16_t kTexts = TypeBit(NodeType::kText);
-constexpr std::uint16_t kCDatas = TypeBit(NodeType::kCData);
-constexpr std::uint16_t kComments = TypeBit(NodeType::kComment);
-constexpr std::uint16_t kInstructions = TypeBit(NodeType::kProcessingInstruction);
-constexpr std::uint16_t kAllKinds = 0xFFFF;
-
-// The methods that give nodes. Those with a name may have it as their one argument.
-enum class NameArgument : unsigned char { kNone, kAllowed };
-struct CollectionMethod {
-  std::string_view name;
-  std::uint16_t types;
-  Axis axis = Axis::kChild;
-  NameArgument argument = NameArgument::kNone;
-};
-constexpr CollectionMethod kCollectionMethods[] = {
-    {"attribute", kAttributes, Axis::kAttribute, NameArgument::kAllowed},
-    {"element", kElements, Axis::kChild, NameArgument::kAllowed},
-    {"pi", kInstructions, Axis::kChild, NameArgument::kAllowed},
-    {"node", kAllKinds},
-    {"comment", kComments},
-    {"textnode", kTexts},
-    {"textNode", kTexts},
-    {"cdata", kCDatas},
-    {"text", static_cast<std::uint16_t>(kTexts | kCDatas)},
-};
-
-// The methods that give a value.
-enum class InfoArgument : unsigned char { kNone, kNodes, kNodesOrLiteral };
-struct InfoMethodEntry {
-  std::string_view name;
-  InfoMethod method;
-  InfoArgument argument = InfoArgument::kNone;
-};
-constexpr InfoMethodEntry kInfoMethods[] = {
-    {"index", InfoMethod::kIndex},
-    {"end", InfoMethod::kEnd},
-    {"nodeName", InfoMethod::kNodeName},
-    {"nodeType", InfoMethod::kNodeType},
-    {"nodeTypeString", InfoMethod::kNodeTypeString},
-    {"value", InfoMethod::kValue},
-    {"number", InfoMethod::kNumber, InfoArgument::kNodes},
-    {"date", InfoMethod::kDate, InfoArgument::kNodesOrLiteral},
-};
-
-template <class Entry, std::size_t N>
-const Entry* FindMethod(const Entry (&table)[N], std::string_view name) {
-  for (const Entry& entry : table) {
-    if (entry.name == name) return &entry;
-  }
-  return nullptr;
-}
 
 std::string_view NameOf(TokenKind kind) {
   switch (kind) {
@@ -653,96 +598,16 @@ class PatternParser {
 
   // Filters --------------------------------------------------------------------------------------
 
-  static std::int32_t ToPosition(double number) {
-    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
-    return static_cast<std::int32_t>(std::clamp(number, -kMost, kMost));
-  }
-
   Filter ParseFilter() {
     Filter filter;
     if (token_.kind == TokenKind::kNumber && token_.isInteger) {
-      filter = AtPosition(token_.number);
+      filter = FilterAtPosition(token_.number);
       Advance();
     } else {
-      filter = Classify(ParseOr().expr);
+      filter = FilterOf(code_, ParseOr().expr);
     }
     Expect(TokenKind::kCloseBracket);
     return filter;
-  }
-
-  static Filter AtPosition(double number) {
-    Filter filter;
-    filter.kind = FilterKind::kPosition;
-    filter.position = ToPosition(number);
-    filter.positional = true;
-    filter.counted = filter.position < 0;
-    return filter;
-  }
-
-  // Finds the filters that have a faster form of the same meaning.
-  [[nodiscard]] Filter Classify(ExprId id) const {
-    const Expr& expr = At(id);
-    Filter filter;
-    filter.expr = id;
-    filter.positional = expr.positional;
-    filter.counted = expr.counted;
-    if (IsPlainMethod(id, InfoMethod::kEnd)) {
-      filter.kind = FilterKind::kLast;
-    } else if (const Step* attribute = FindPlainAttribute(id)) {
-      filter.kind = FilterKind::kHasAttribute;
-      filter.name = attribute->test.name;
-    } else if (expr.kind == ExprKind::kCompare && expr.comparison == Comparison::kEqual) {
-      ClassifyEquality(expr, filter);
-    }
-    return filter;
-  }
-
-  void ClassifyEquality(const Expr& expr, Filter& filter) const {
-    const Expr& right = At(expr.right);
-    const Step* attribute = FindPlainAttribute(expr.left);
-    if (attribute != nullptr && right.kind == ExprKind::kLiteral &&
-        expr.caseRule == CaseRule::kExact && expr.quantifier != Quantifier::kAll) {
-      filter.kind = FilterKind::kAttributeEquals;
-      filter.name = attribute->test.name;
-      filter.literal = right.count;
-      return;
-    }
-    if (!IsPlainMethod(expr.left, InfoMethod::kIndex)) return;
-    const std::optional<double> position = PositionOf(right);
-    if (position) filter = AtPosition(*position);
-  }
-
-  // The place that equals a right operand, if one does: 3 and '3' do, '03' and 1.5 do not.
-  [[nodiscard]] std::optional<double> PositionOf(const Expr& right) const {
-    if (right.kind == ExprKind::kNumber) {
-      const bool isPlace = right.number >= 0 && right.number <= 1e9 &&
-                           right.number == static_cast<double>(ToPosition(right.number));
-      return isPlace ? std::optional(right.number) : std::nullopt;
-    }
-    if (right.kind != ExprKind::kLiteral) return std::nullopt;
-    const std::string_view text = code_.Literal(right.count);
-    if (text.empty() || text.size() > 9 || (text.size() > 1 && text[0] == '0')) return std::nullopt;
-    double position = 0;
-    for (const char c : text) {
-      if (c < '0' || c > '9') return std::nullopt;
-      position = position * 10 + (c - '0');
-    }
-    return position;
-  }
-
-  [[nodiscard]] bool IsPlainMethod(ExprId id, InfoMethod method) const {
-    const Expr& expr = At(id);
-    return expr.kind == ExprKind::kInfo && expr.method == method && expr.left == kNoExpr;
-  }
-
-  // The one step of "@name"; null for anything else.
-  [[nodiscard]] const Step* FindPlainAttribute(ExprId id) const {
-    const Expr& path = At(id);
-    if (path.kind != ExprKind::kPath || !path.straight || path.count != 1) return nullptr;
-    const Step& step = code_.steps[path.first];
-    const bool plain = step.axis == Axis::kAttribute && step.test.rule == NameRule::kWritten &&
-                       step.filterCount == 0;
-    return plain ? &step : nullptr;
   }
 
   Code& code_;
