@@ -9,7 +9,6 @@
 namespace kx::patterns {
 
 using dom::kDocumentNode;
-using dom::kNoNode;
 using dom::NodeId;
 using dom::NodeType;
 
