@@ -3,12 +3,17 @@
 //
 // How it stays linear:
 //   - A path works step by step on whole sets, in one stack of nodes; each set is free of
-//     duplicates, so no step is taken twice from the same node.
+//     duplicates, so no step is taken twice from the same node. Groups, ".." and ancestor() are
+//     taken from the whole set at once.
 //   - A path in a filter stops at the first node where that is enough. What does not depend on the
 //     candidate is asked once.
-//   - Paths whose work can overlap between candidates ("..", "//", "ancestor()") are watched: when
-//     one has cost as much as the document is big, it is answered for all nodes at once, by a table
-//     (evaluator_tables.cc). The same holds for texts of nested elements.
+//   - Expressions whose work can overlap between candidates ("..", "//", "ancestor()", places in
+//     groups, texts of nested elements, order in edited documents) are watched: when one has cost
+//     as much as the document is big, it is answered for all nodes at once, by a table
+//     (evaluator_tables.cc, tree_index.h). All work is counted; a test holds the counts.
+//   - Not linear remain: comparing each of many members with a right side that differs by
+//     candidate, "index()" compared with such a side in groups that overlap, and the order ("<") of
+//     long texts that begin alike.
 //   - Recursion follows the pattern's own nesting, which is bounded, never the document's depth.
 //
 // What lives where: this file and evaluator.cc, sets and paths; evaluator_steps.cc, candidates and
