@@ -75,10 +75,9 @@ KnownSchemaProvider::KnownSchemaProvider(std::string uri, xdr::LoadedGroup schem
                                          const xdr::SchemaProvider& others)
     : uri_(std::move(uri)), schema_(std::move(schema)), others_(others) {
   if (!schema_.group || xdr::IsSameNamespace(schema_.group->members.front().uri, uri_)) return;
-  auto renamed = runtime::MakeCounted<xdr::SchemaGroup>();
-  renamed->members = schema_.group->members;
-  renamed->members.front().uri = uri_;
-  schema_.group = std::move(renamed);
+  std::vector<xdr::SchemaGroup::Member> members = schema_.group->members;
+  members.front().uri = uri_;
+  schema_.group = runtime::MakeCounted<xdr::SchemaGroup>(std::move(members));
 }
 
 xdr::LoadedGroup KnownSchemaProvider::Load(std::string_view uri, std::string_view base) const {

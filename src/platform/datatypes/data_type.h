@@ -57,6 +57,10 @@ inline constexpr int kDataTypeCount = 36;
 
 /// True for id ... notation: the types of names and lists of names that a DTD has too.
 [[nodiscard]] constexpr bool IsNameType(DataType type) noexcept { return type >= DataType::kId; }
+/// True for the types whose texts are IDs or refer to them.
+[[nodiscard]] constexpr bool IsIdType(DataType type) noexcept {
+  return type == DataType::kId || type == DataType::kIdref || type == DataType::kIdrefs;
+}
 /// True for the types whose values are more than text: all but string and the name types.
 [[nodiscard]] constexpr bool IsRichType(DataType type) noexcept {
   return type > DataType::kString && type < DataType::kId;

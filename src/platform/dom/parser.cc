@@ -116,9 +116,9 @@ void Parser::BindEnd(NodeId element, const char* place) {
   if (!binder_->EndElement(element)) FailBinding(place);
 }
 
-void Parser::BindLeaf(NodeId element, const char* text, const char* place) {
-  bool textFits = true;
-  if (!binder_->EndLeaf(element, textFits)) FailBinding(textFits ? place : text);
+void Parser::BindLeaf(NodeId element, const char* begin, const char* end) {
+  LeafPlace place = LeafPlace::kBegin;
+  if (!binder_->Leaf(element, place)) FailBinding(place == LeafPlace::kBegin ? begin : end);
 }
 
 // The document -----------------------------------------------------------------------------------
@@ -319,23 +319,20 @@ const char* Parser::ParseContent(const char* p) {
         if (after[1] != '>') {
           FailUnlessEnd(ParseCode::kExpectedGreaterThan, after + 1, ParseCode::kUnclosedStartTag);
         }
-        if (binder_ != nullptr) {
-          BindStart(id, after + 2);
-          BindEnd(id, after + 2);
-        }
+        if (binder_ != nullptr) BindLeaf(id, after + 2, after + 2);
         --depth_;
         if (id == topBinding_) PopBindings(id);
         follower = kNextSiblingName;
         p = after + 2;
         if (parent == kDocumentNode) break;
       } else {
-        if (binder_ != nullptr) BindStart(id, after + 1);
         p = ParseLeaf(after + 1, id, nameOffset);
         if (p != nullptr) {
           follower = kNextSiblingName;
           if (parent == kDocumentNode) break;
         } else {
           p = after + 1;
+          if (binder_ != nullptr) BindStart(id, p);
           nodes_[id].last = nameOffset;
           follower = kFirstChildName;
           parent = id;

@@ -194,11 +194,12 @@ class Parser {
   void PopBindings(NodeId element) noexcept;
   void CheckNewName(const char* begin, const char* end) const;
   // Binding; called only while `binder_` is set. What stands in an entity fails where that is
-  // named.
-  void BindStart(NodeId element, const char* tagEnd);
-  void BindText(const char* begin, const char* end, TextForm form, const char* place);
-  void BindEnd(NodeId element, const char* place);
-  void BindLeaf(NodeId element, const char* text, const char* place);
+  // named. Out of line: a parse without a binder keeps the registers to itself.
+  [[gnu::noinline]] void BindStart(NodeId element, const char* tagEnd);
+  [[gnu::noinline]] void BindText(const char* begin, const char* end, TextForm form,
+                                  const char* place);
+  [[gnu::noinline]] void BindEnd(NodeId element, const char* place);
+  [[gnu::noinline]] void BindLeaf(NodeId element, const char* begin, const char* end);
   [[noreturn]] void FailBinding(const char* place) const;
   // References: parser_entities.cc
   const char* DecodeCharReference(const char* p, const char* end, char32_t& codePoint) const;

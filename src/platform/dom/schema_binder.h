@@ -5,7 +5,7 @@
 // A binder belongs to one parse. The parser tells it of every namespace that is declared; from the
 // moment it wants to bind, also of every start tag (complete, in the tree, its attributes
 // resolved), of text between tags, and of the end of every element, those that were open already
-// included.
+// included; of an element without child elements mostly in one call.
 #pragma once
 
 #include "platform/dom/node_record.h"
@@ -13,6 +13,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace kx::dom {
@@ -43,6 +45,12 @@ enum class BindPlace : unsigned char {
   kOwn,        ///< the binder has filled it in
 };
 
+/// Where in an element without child elements a failure has its place.
+enum class LeafPlace : unsigned char {
+  kBegin,  ///< behind the start tag, where its text begins
+  kEnd,    ///< the name in the end tag, or behind an empty tag
+};
+
 /// Judges one parse. A call that answers false, or kFail, ends it; Describe then tells why.
 class SchemaBinder {
  public:
@@ -62,9 +70,9 @@ class SchemaBinder {
   virtual bool Text(std::string_view text, TextForm form) = 0;
   /// Its content is complete and linked. Place: the name in the end tag, or behind an empty tag.
   virtual bool EndElement(NodeId element) = 0;
-  /// EndElement for an element whose content is one text that it keeps in its record; false in
-  /// `textFits` when that text may not stand there. Place: then its first character.
-  virtual bool EndLeaf(NodeId element, bool& textFits) = 0;
+  /// StartElement, Text and EndElement at once, for an element that is complete and has no children
+  /// but at most one text, as itself, which it keeps in its record. Place: as `place` tells.
+  virtual bool Leaf(NodeId element, LeafPlace& place) = 0;
   virtual bool EndDocument() = 0;
 
   /// Fills in code and reason of the failure, and all else for one that has its own place.
@@ -93,6 +101,11 @@ class SchemaService {
 
   [[nodiscard]] virtual std::unique_ptr<SchemaBinder> NewBinder(
       const BindRequest& request) const = 0;
+  /// The value that an element is supplied with when it has no attribute of that name; nothing when
+  /// no declaration gives one.
+  [[nodiscard]] virtual std::optional<std::string> FindDefault(const DocumentData& data,
+                                                               NodeId element,
+                                                               NameId attribute) const = 0;
 };
 
 }  // namespace kx::dom

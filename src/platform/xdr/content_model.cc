@@ -93,6 +93,29 @@ void ContentModel::FindEnds() {
   }
 }
 
+// The numbers of a group begin behind those of all groups before it.
+void ContentModel::LinkPlaces() {
+  links_.assign(places_.size(), Link{});
+  std::vector<std::uint32_t> begin(places_.size(), 0);
+  std::uint32_t free = 0;
+  for (std::size_t at = 0; at < places_.size(); ++at) {
+    const Node& node = places_[at];
+    if (node.kind != Kind::kChild) {
+      begin[at] = free;
+      free += node.mandatory + 2;
+    }
+    if (at == 0) continue;
+    Link& link = links_[at];
+    const Kind kind = places_[node.parent].kind;
+    const bool ordered = kind == Kind::kSeq;
+    link.before = begin[node.parent] + (ordered ? node.mandatoryBefore : 0);
+    link.behind = link.before + (ordered ? (node.nullable ? 0 : 1) : kind == Kind::kOne ? 1 : 0);
+    link.unordered = kind == Kind::kMany;
+    link.mayEnd = node.lastTop == 0;
+  }
+  links_[kStart].mayEnd = places_[kStart].nullable;
+}
+
 bool ContentModel::IndexNames(Symbol& symbol) {
   std::vector<Place> children;
   for (std::size_t at = 1; at < places_.size(); ++at) {
@@ -121,11 +144,7 @@ bool ContentModel::IndexNames(Symbol& symbol) {
 bool ContentModel::Finish(Symbol& symbol) {
   FindNullable();
   FindEnds();
-  for (Place at = 1; at < places_.size(); ++at) {
-    const bool children =
-        places_[at].kind == Kind::kChild && (at == 1 || places_[at - 1].kind == Kind::kChild);
-    places_[at].followsLast = children && MayFollow(at - 1, at);
-  }
+  LinkPlaces();
   return IndexNames(symbol);
 }
 

@@ -83,26 +83,23 @@ class ContentModel {
   }
   /// The next place of the same name; kStart behind the last.
   [[nodiscard]] Place NextPlace(Place place) const noexcept { return places_[place].nextSame; }
-  /// Of a model that is not ambiguous: the place that a child of that name takes behind `from`, or
-  /// kStart when it cannot come there.
-  [[nodiscard]] Place Step(Place from, Symbol symbol) const noexcept {
-    // Most often it is the one declared next.
-    const Place next = from + 1;
-    if (next < places_.size() && places_[next].symbol == symbol && places_[next].followsLast) {
-      return next;
-    }
-    const Place found = FindPlace(symbol);
-    return found != kStart && MayFollow(from, found) ? found : kStart;
-  }
   /// True when a child at `next` may come directly after one at `from` (or first, from kStart).
+  [[nodiscard]] bool Takes(Place from, Place next) const noexcept {
+    const Link& last = links_[from];
+    const Link& first = links_[next];
+    // Side by side in one group, with nothing between that must be there; else by the tree.
+    return (last.behind == first.before && (from < next || first.unordered)) ||
+           MayFollow(from, next);
+  }
+  /// The same, read off the tree.
   [[nodiscard]] bool MayFollow(Place from, Place next) const noexcept;
   /// True when the content may end after a child at `place` (or be empty, at kStart).
-  [[nodiscard]] bool MayEnd(Place place) const noexcept {
-    return place == kStart ? places_[0].nullable : places_[place].lastTop == 0;
-  }
+  [[nodiscard]] bool MayEnd(Place place) const noexcept { return links_[place].mayEnd; }
   /// The names that may come next from any of the states, in declared order, each once.
   [[nodiscard]] std::vector<Symbol> Expected(std::span<const Place> states) const;
   [[nodiscard]] bool HasChildren() const noexcept { return hasChildren_; }
+  /// How many places there are: the beginning, and one for each declaration and group.
+  [[nodiscard]] std::size_t Size() const noexcept { return places_.size(); }
 
  private:
   enum class Kind : std::uint8_t { kSeq, kOne, kMany, kChild };
@@ -126,15 +123,24 @@ class ContentModel {
     Kind kind = Kind::kChild;
     bool nullable = false;
     bool repeats = false;
-    bool followsLast = false;  ///< a child that may come behind the place before it
+  };
+  /// What most steps need of a place. Within one group `behind` of a place is `before` of another
+  /// exactly when nothing that must be there stands between; groups share no numbers.
+  struct Link {
+    std::uint32_t before = 0;
+    std::uint32_t behind = 0;
+    bool unordered = false;  ///< in a group of order many
+    bool mayEnd = false;
   };
 
   Place Add(Place parent, Node node);
   void FindNullable();
   void FindEnds();
+  void LinkPlaces();
   [[nodiscard]] bool IndexNames(Symbol& symbol);
 
   std::vector<Node> places_;
+  std::vector<Link> links_;
   SymbolTable first_;
   bool ambiguous_ = false;
   bool hasChildren_ = false;

@@ -33,20 +33,21 @@ std::uint64_t Fold(std::uint64_t a, std::uint64_t b) noexcept {
 
 }  // namespace
 
-std::size_t NameIndex::Hash(const dom::NameKey& key, std::string_view name) noexcept {
-  if (name.size() > kShort) return text::HashExact(name);
+std::size_t NameIndex::Hash(const dom::NameKey& key, std::uint32_t length,
+                            std::string_view name) noexcept {
+  if (length > kShort) return text::HashExact(name);
   const Seeds& seeds = ProcessSeeds();
-  return Fold(key.low ^ seeds.low ^ name.size(), key.high ^ seeds.high);
+  return Fold(key.low ^ seeds.low ^ length, key.high ^ seeds.high);
 }
 
-std::uint32_t NameIndex::Find(std::string_view name) const noexcept {
+std::uint32_t NameIndex::Find(const dom::NameKey& key, std::string_view name) const noexcept {
   if (slots_.empty()) return kNone;
-  const dom::NameKey key = dom::NameTable::KeyOf(name);
-  for (std::uint32_t at = slots_[Hash(key, name) & (slots_.size() - 1)]; at != kNone;
-       at = entries_[at].next) {
+  for (std::uint32_t at =
+           slots_[Hash(key, static_cast<std::uint32_t>(name.size()), name) & (slots_.size() - 1)];
+       at != kNone; at = entries_[at].next) {
     const Entry& entry = entries_[at];
     if (entry.key.low == key.low && entry.key.high == key.high && entry.length == name.size() &&
-        (name.size() <= kShort || entry.name == name)) {
+        (name.size() <= kShort || names_[at] == name)) {
       return entry.value;
     }
   }
@@ -57,7 +58,7 @@ void NameIndex::Grow() {
   slots_.assign(slots_.empty() ? 16 : slots_.size() * 2, kNone);
   for (std::uint32_t at = 0; at < entries_.size(); ++at) {
     Entry& entry = entries_[at];
-    std::uint32_t& slot = slots_[Hash(entry.key, entry.name) & (slots_.size() - 1)];
+    std::uint32_t& slot = slots_[Hash(entry.key, entry.length, names_[at]) & (slots_.size() - 1)];
     entry.next = slot;
     slot = at;
   }
@@ -67,12 +68,13 @@ std::uint32_t NameIndex::Insert(std::string_view name, std::uint32_t value) {
   const std::uint32_t known = Find(name);
   if (known != kNone) return known;
   const auto at = static_cast<std::uint32_t>(entries_.size());
-  entries_.push_back({dom::NameTable::KeyOf(name), static_cast<std::uint32_t>(name.size()), value,
-                      kNone, std::string(name)});
+  const auto length = static_cast<std::uint32_t>(name.size());
+  entries_.push_back({dom::NameTable::KeyOf(name), length, value, kNone});
+  names_.emplace_back(length > kShort ? name : std::string_view());
   if (entries_.size() * 2 > slots_.size()) {
     Grow();
   } else {
-    std::uint32_t& slot = slots_[Hash(entries_[at].key, name) & (slots_.size() - 1)];
+    std::uint32_t& slot = slots_[Hash(entries_[at].key, length, name) & (slots_.size() - 1)];
     entries_[at].next = slot;
     slot = at;
   }

@@ -17,7 +17,11 @@ class NameIndex {
   static constexpr std::uint32_t kNone = 0xFFFFFFFFU;
 
   /// The number of `name`, or kNone.
-  [[nodiscard]] std::uint32_t Find(std::string_view name) const noexcept;
+  [[nodiscard]] std::uint32_t Find(std::string_view name) const noexcept {
+    return Find(dom::NameTable::KeyOf(name), name);
+  }
+  /// The same for a name whose key is known already.
+  [[nodiscard]] std::uint32_t Find(const dom::NameKey& key, std::string_view name) const noexcept;
   /// Enters `name` under `value` unless it is there; returns the number that it has.
   std::uint32_t Insert(std::string_view name, std::uint32_t value);
   [[nodiscard]] std::size_t Size() const noexcept { return entries_.size(); }
@@ -28,12 +32,13 @@ class NameIndex {
     std::uint32_t length = 0;
     std::uint32_t value = 0;
     std::uint32_t next = kNone;  ///< of the same slot
-    std::string name;
   };
-  [[nodiscard]] static std::size_t Hash(const dom::NameKey& key, std::string_view name) noexcept;
+  [[nodiscard]] static std::size_t Hash(const dom::NameKey& key, std::uint32_t length,
+                                        std::string_view name) noexcept;
   void Grow();
 
   std::vector<Entry> entries_;
+  std::vector<std::string> names_;  // those that do not fit a key; else empty
   std::vector<std::uint32_t> slots_;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/dom/cursor.h"
 #include "platform/xdr/schema_collection.h"
 #include "platform/xdr/schema_compiler.h"
+#include "platform/xdr/typing.h"
 
 #include <utility>
 
@@ -27,11 +28,11 @@ dom::BindWish ParseBinder::DeclareNamespace(std::string_view uri) {
 }
 
 bool ParseBinder::LoadNamespace(std::string_view uri) {
-  if (set_->Find(uri) != SchemaSet::kNone) return true;
+  if (set_.Find(uri) != SchemaSet::kNone) return true;
   if (served_ != nullptr) {
     SharedSchema schema = served_->Find(uri);
     if (schema) {
-      set_->Add({std::string(uri), std::move(schema), false});
+      set_.Add({std::string(uri), std::move(schema), false});
       validator_.NoteSchema();
       return true;
     }
@@ -44,9 +45,7 @@ bool ParseBinder::LoadNamespace(std::string_view uri) {
     error_ = std::move(loaded.error);
     return false;
   }
-  for (const SchemaGroup::Member& member : loaded.group->members) {
-    set_->Add({member.uri, member.schema, false});
-  }
+  set_.AddAll(loaded.group->known);
   validator_.NoteSchema();
   return true;
 }
@@ -58,9 +57,14 @@ bool ParseBinder::FailUnknown(std::string_view uri) {
   return false;
 }
 
-bool ParseBinder::EndElement(dom::NodeId element) {
-  if (!validator_.EndElement(element)) return false;
-  return !mayHoldSchemas_ || TakeInlineSchema(element);
+bool ParseBinder::EndOfSchema(dom::NodeId element) {
+  return validator_.EndElement(element) && TakeInlineSchema(element);
+}
+
+bool ParseBinder::LeafOfSchema(dom::NodeId element, dom::LeafPlace& place) {
+  if (!validator_.Leaf(element, place)) return false;
+  place = dom::LeafPlace::kEnd;
+  return TakeInlineSchema(element);
 }
 
 // A Schema element that is not the document's serves "x-schema:#" and its name from here on; of
@@ -75,15 +79,15 @@ bool ParseBinder::TakeInlineSchema(dom::NodeId element) {
   std::string uri = std::string(kXSchema) + '#';
   uri += compiler.Name();
   compiler.Resolve([this](std::string_view other) -> const Schema* {
-    const std::uint32_t place = set_->Find(other);
-    return place == SchemaSet::kNone ? nullptr : set_->At(place).schema.Get();
+    const std::uint32_t place = set_.Find(other);
+    return place == SchemaSet::kNone ? nullptr : set_.At(place).schema.Get();
   });
   if (const auto& mistake = compiler.Mistake()) {
     failedInline_ = true;
     SetXdrError(error_, mistake->code, {mistake->argument});
     return false;
   }
-  set_->Add({std::move(uri), compiler.Result(), true});
+  set_.Add({std::move(uri), compiler.Result(), true});
   validator_.NoteSchema();
   return true;
 }
@@ -97,9 +101,12 @@ dom::BindPlace ParseBinder::Describe(dom::ParseError& error) {
   return validator_.FailedAtEnd() ? dom::BindPlace::kEndOfText : dom::BindPlace::kHere;
 }
 
-runtime::Counted<const dom::SchemaKnowledge> ParseBinder::Knowledge() {
-  if (set_->Size() == 0) return {};
-  return set_;
+runtime::Counted<const dom::SchemaKnowledge> ParseBinder::Knowledge() { return set_.Share(); }
+
+std::optional<std::string> BindingService::FindDefault(const dom::DocumentData& data,
+                                                       dom::NodeId element,
+                                                       dom::NameId attribute) const {
+  return DefaultOf(dom::Cursor(&data, element), attribute);
 }
 
 std::unique_ptr<dom::SchemaBinder> BindingService::NewBinder(

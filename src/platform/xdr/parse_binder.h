@@ -5,6 +5,7 @@
 #include "platform/xdr/schema_provider.h"
 #include "platform/xdr/validator.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,11 +16,7 @@ class ParseBinder final : public dom::SchemaBinder {
   /// `served` may be null. `provider` and `served` must outlive the parse.
   ParseBinder(const SchemaProvider& provider, const ServedNamespaces* served, Task task,
               std::string_view base)
-      : provider_(provider),
-        served_(served),
-        base_(base),
-        set_(runtime::MakeCounted<SchemaSet>()),
-        validator_(*set_, served, task) {}
+      : provider_(provider), served_(served), base_(base), validator_(set_, served, task) {}
 
   bool Begin(dom::DocumentData& data) override;
   dom::BindWish DeclareNamespace(std::string_view uri) override;
@@ -27,9 +24,11 @@ class ParseBinder final : public dom::SchemaBinder {
   bool Text(std::string_view text, dom::TextForm form) override {
     return validator_.Text(text, form);
   }
-  bool EndElement(dom::NodeId element) override;
-  bool EndLeaf(dom::NodeId element, bool& textFits) override {
-    return validator_.EndLeaf(element, textFits);
+  bool EndElement(dom::NodeId element) override {
+    return mayHoldSchemas_ ? EndOfSchema(element) : validator_.EndElement(element);
+  }
+  bool Leaf(dom::NodeId element, dom::LeafPlace& place) override {
+    return mayHoldSchemas_ ? LeafOfSchema(element, place) : validator_.Leaf(element, place);
   }
   bool EndDocument() override { return validator_.EndDocument(); }
   dom::BindPlace Describe(dom::ParseError& error) override;
@@ -38,12 +37,15 @@ class ParseBinder final : public dom::SchemaBinder {
  private:
   bool LoadNamespace(std::string_view uri);
   bool FailUnknown(std::string_view uri);
+  // The same where schemas may stand in the document itself.
+  bool EndOfSchema(dom::NodeId element);
+  bool LeafOfSchema(dom::NodeId element, dom::LeafPlace& place);
   bool TakeInlineSchema(dom::NodeId element);
 
   const SchemaProvider& provider_;
   const ServedNamespaces* served_;
   std::string base_;
-  runtime::Counted<SchemaSet> set_;
+  GrowingSet set_;
   Validator validator_;
   dom::DocumentData* data_ = nullptr;
   bool mayHoldSchemas_ = false;  // the schema namespace has been declared
@@ -59,6 +61,9 @@ class BindingService final : public dom::SchemaService {
   explicit BindingService(const SchemaProvider& provider) noexcept : provider_(provider) {}
   [[nodiscard]] std::unique_ptr<dom::SchemaBinder> NewBinder(
       const dom::BindRequest& request) const override;
+  [[nodiscard]] std::optional<std::string> FindDefault(const dom::DocumentData& data,
+                                                       dom::NodeId element,
+                                                       dom::NameId attribute) const override;
 
  private:
   const SchemaProvider& provider_;

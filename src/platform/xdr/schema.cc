@@ -23,18 +23,15 @@ const AttributeUse* ElementType::FindOtherAttribute(Symbol wanted,
   return nullptr;
 }
 
-const ElementType* Schema::FindElement(std::string_view name) const noexcept {
-  const std::uint32_t index = elementIndex_.Find(name);
+const ElementType* Schema::FindElement(const dom::NameKey& key,
+                                       std::string_view name) const noexcept {
+  const std::uint32_t index = elementIndex_.Find(key, name);
   return index == kNoSymbol ? nullptr : &elements_[index];
 }
 
 const AttributeType* Schema::FindAttributeType(std::string_view name) const noexcept {
   const std::uint32_t index = attributeTypeIndex_.Find(name);
   return index == kNoSymbol ? nullptr : &attributeTypes_[index];
-}
-
-Symbol Schema::AttributeSymbol(std::string_view name) const noexcept {
-  return attributeSymbols_.Find(name);
 }
 
 // A blank cannot stand in a local name; namespaces that lead to one schema give one key.

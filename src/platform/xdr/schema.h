@@ -34,15 +34,16 @@ struct AttributeType {
 struct AttributeUse {
   Symbol symbol = kNoSymbol;
   bool checked = true;  ///< false: any text is good
+  bool fixed = false;   ///< required, with a default: no other value is good
   bool required = false;
+  std::uint32_t length = 0;  ///< of the name; 0 for one with a prefix, or of more than 16 bytes
   SharedRules rules;
+  dom::NameKey key;                 ///< of the name
   dom::NodeId node = dom::kNoNode;  ///< its AttributeType, when this schema declares it
   std::string defaultText;          ///< empty: none
   std::string name;                 ///< the local name
   std::string uri;                  ///< of the schema that declares it; empty: this one
   std::string prefix;               ///< by which this schema names that one
-
-  [[nodiscard]] bool IsFixed() const noexcept { return required && !defaultText.empty(); }
 };
 
 /// A declared element type. What every instance needs comes first.
@@ -50,9 +51,12 @@ struct ElementType {
   Symbol symbol = kNoSymbol;
   Content content = Content::kMixed;
   bool open = true;
-  bool hasImplied = false;  ///< some attribute is required or has a default
-  bool checksText = false;  ///< it has a data type that not every text suits
-  SharedRules rules;        ///< null without data type
+  bool hasImplied = false;   ///< some attribute is required or has a default
+  bool checksText = false;   ///< it has a data type that not every text suits
+  bool hasChildren = false;  ///< its model has some
+  bool needsChild = false;   ///< its model must have one
+  bool ambiguous = false;    ///< its model is
+  SharedRules rules;         ///< null without data type
   /// Which of the first 64 attributes are required or have a default.
   std::uint64_t implied = 0;
   std::vector<AttributeUse> attributes;
@@ -61,9 +65,21 @@ struct ElementType {
   std::string name;
   dom::NodeId node = dom::kNoNode;
 
+  [[nodiscard]] bool TakesText() const noexcept {
+    return content == Content::kTextOnly || content == Content::kMixed;
+  }
   /// Extra elements and attributes may stand here.
   [[nodiscard]] bool TakesExtras() const noexcept {
     return open && (content == Content::kEltOnly || content == Content::kMixed);
+  }
+  /// The attribute without prefix at `hint`, which is moved on, when it has that name; else null.
+  [[nodiscard]] const AttributeUse* NextAttribute(const dom::NameKey& key, std::uint32_t length,
+                                                  std::size_t& hint) const noexcept {
+    if (hint >= attributes.size()) return nullptr;
+    const AttributeUse& use = attributes[hint];
+    if (use.length != length || use.key.low != key.low || use.key.high != key.high) return nullptr;
+    ++hint;
+    return &use;
   }
   /// The attribute of that symbol; `hint` is the index that is probably right, and is moved on.
   [[nodiscard]] const AttributeUse* FindAttribute(Symbol wanted, std::size_t& hint) const noexcept {
@@ -84,11 +100,22 @@ struct ForeignName {
 class Schema : public runtime::AtomicCounted {
  public:
   /// The element type of that name, or null.
-  [[nodiscard]] const ElementType* FindElement(std::string_view name) const noexcept;
+  [[nodiscard]] const ElementType* FindElement(std::string_view name) const noexcept {
+    return FindElement(dom::NameTable::KeyOf(name), name);
+  }
+  /// The same for a name whose key is known already.
+  [[nodiscard]] const ElementType* FindElement(const dom::NameKey& key,
+                                               std::string_view name) const noexcept;
   /// The global AttributeType of that name, or null.
   [[nodiscard]] const AttributeType* FindAttributeType(std::string_view name) const noexcept;
   /// The symbol of an unqualified attribute's name, or kNoSymbol.
-  [[nodiscard]] Symbol AttributeSymbol(std::string_view name) const noexcept;
+  [[nodiscard]] Symbol AttributeSymbol(std::string_view name) const noexcept {
+    return AttributeSymbol(dom::NameTable::KeyOf(name), name);
+  }
+  [[nodiscard]] Symbol AttributeSymbol(const dom::NameKey& key,
+                                       std::string_view name) const noexcept {
+    return attributeSymbols_.Find(key, name);
+  }
   /// The same for an attribute of another schema.
   [[nodiscard]] Symbol ForeignAttributeSymbol(std::string_view uri,
                                               std::string_view name) const noexcept;

@@ -1,6 +1,7 @@
 // See schema_compiler.h.
 #include "platform/xdr/schema_compiler.h"
 
+#include "platform/dom/xml_names.h"
 #include "platform/xdr/schema_names.h"
 
 #include <utility>
@@ -14,12 +15,14 @@ bool IsGoodDefault(const AttributeUse& use) {
   return use.defaultText.empty() || use.rules->Check(use.defaultText) == ValueFailure::kNone;
 }
 
+bool MayBeSupplied(std::string_view name) { return name != "xmlns" && dom::IsNcName(name); }
+
 bool IsNothing(const RawReference& reference) { return reference.name.empty(); }
 
 }  // namespace
 
 SchemaCompiler::SchemaCompiler(const dom::Cursor& root, dom::Document document, std::string url)
-    : root_(root), raw_(ReadSchema(root)), schema_(runtime::MakeCounted<Schema>()) {
+    : raw_(ReadSchema(root)), schema_(runtime::MakeCounted<Schema>()) {
   schema_->document_ = std::move(document);
   schema_->url_ = std::move(url);
   Declare();
@@ -67,13 +70,11 @@ void SchemaCompiler::ResolveElement(const RawElementType& raw, ElementType& type
 }
 
 const Schema* SchemaCompiler::OtherSchema(const RawReference& reference, std::string& uri) {
-  const auto space =
-      NamespaceOfPrefix(dom::Cursor(&root_.Data(), reference.node), reference.prefix);
-  if (!space) {
+  if (!reference.uri) {
     Report(reference.node, XdrCode::kUndeclaredPrefix, std::string(reference.prefix));
     return nullptr;
   }
-  uri = *space;
+  uri = *reference.uri;
   return (*find_)(uri);
 }
 
@@ -125,7 +126,11 @@ void SchemaCompiler::BuildModel(const RawElementType& raw, ElementType& type) {
     Report(raw.node, XdrCode::kSchemaMistake,
            "ElementType '" + type.name + "' refers to '" + schema_->ElementName(symbol, "") +
                "' in too many places.");
+    return;
   }
+  type.hasChildren = type.model.HasChildren();
+  type.needsChild = type.hasChildren && !type.model.MayEnd(ContentModel::kStart);
+  type.ambiguous = type.model.IsAmbiguous();
 }
 
 // First among the local ones, then the global ones, then in the schema that the prefix names.
@@ -173,6 +178,10 @@ void SchemaCompiler::ResolveAttributes(const RawElementType& raw, ElementType& t
                                           schema_->foreignAttributeSymbols_.Size());
     use.symbol =
         symbols.Insert(use.uri.empty() ? use.name : Schema::ForeignKey(use.uri, use.name), next);
+    if (use.uri.empty() && use.name.size() <= 16) {
+      use.length = static_cast<std::uint32_t>(use.name.size());
+      use.key = dom::NameTable::KeyOf(use.name);
+    }
     use.rules = declared->rules;
     use.required = attribute.required || declared->required;
     use.defaultText =
@@ -191,7 +200,13 @@ void SchemaCompiler::ResolveAttributes(const RawElementType& raw, ElementType& t
       }
     }
     if (!IsGoodDefault(use)) return Report(node, XdrCode::kBadDefault, {});
-    use.checked = use.IsFixed() || !use.rules->TakesAnyText();
+    if (!use.defaultText.empty() && !MayBeSupplied(use.name)) {
+      return Report(node, XdrCode::kSchemaMistake,
+                    "The attribute '" + name + "' of ElementType '" + type.name +
+                        "' has a default and a name that no attribute can have.");
+    }
+    use.fixed = use.required && !use.defaultText.empty();
+    use.checked = use.fixed || !use.rules->TakesAnyText();
     if (use.required || !use.defaultText.empty()) {
       type.hasImplied = true;
       if (type.attributes.size() < 64) type.implied |= std::uint64_t{1} << type.attributes.size();

@@ -20,8 +20,6 @@ class SchemaCompiler {
   /// shows: an empty handle for a schema that stands inside another document.
   SchemaCompiler(const dom::Cursor& root, dom::Document document, std::string url);
 
-  /// The namespaces of other schemas that this one declares.
-  [[nodiscard]] const std::vector<std::string>& Namespaces() const { return raw_.namespaces; }
   /// The name of the schema itself.
   [[nodiscard]] std::string_view Name() const { return raw_.name; }
   /// The mistake found so far.
@@ -47,7 +45,6 @@ class SchemaCompiler {
   [[nodiscard]] const Schema* OtherSchema(const RawReference& reference, std::string& uri);
   void Report(dom::NodeId node, XdrCode code, std::string argument);
 
-  dom::Cursor root_;
   RawSchema raw_;
   runtime::Counted<Schema> schema_;
   const FindOther* find_ = nullptr;

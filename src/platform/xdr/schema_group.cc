@@ -27,7 +27,7 @@ class PlaceFinder final : public dom::SchemaBinder {
   bool StartElement(dom::NodeId element) override { return element != wanted_; }
   bool Text(std::string_view /*text*/, dom::TextForm /*form*/) override { return true; }
   bool EndElement(dom::NodeId /*element*/) override { return true; }
-  bool EndLeaf(dom::NodeId /*element*/, bool& /*textFits*/) override { return true; }
+  bool Leaf(dom::NodeId element, dom::LeafPlace& /*place*/) override { return element != wanted_; }
   bool EndDocument() override { return true; }
   dom::BindPlace Describe(dom::ParseError& error) override {
     error = error_;
@@ -122,8 +122,7 @@ class GroupBuilder {
   }
 
   bool LoadReferences(std::size_t index) {
-    const std::vector<std::string> namespaces = drafts_[index].compiler->Namespaces();
-    for (const std::string& uri : namespaces) {
+    for (const std::string& uri : SchemasDeclaredIn(drafts_[index].document.Root())) {
       if (index_.find(uri) != index_.end()) continue;
       if (drafts_.size() >= limits_.maxSchemas) {
         SetXdrError(error_, XdrCode::kSchemaMistake, {"The schema leads to too many others."});
@@ -169,13 +168,12 @@ class GroupBuilder {
   }
 
   SharedGroup Finish() {
-    auto group = runtime::MakeCounted<SchemaGroup>();
+    std::vector<SchemaGroup::Member> members;
     for (Draft& draft : drafts_) {
-      group->members.push_back({std::move(draft.uri), draft.compiler->Result(),
-                                std::move(draft.stamp), std::move(draft.location),
-                                std::move(draft.base)});
+      members.push_back({std::move(draft.uri), draft.compiler->Result(), std::move(draft.stamp),
+                         std::move(draft.location), std::move(draft.base)});
     }
-    return group;
+    return runtime::MakeCounted<SchemaGroup>(std::move(members));
   }
 
   const SchemaSource& source_;
@@ -185,7 +183,16 @@ class GroupBuilder {
   dom::ParseError error_;
 };
 
+runtime::Counted<const SchemaSet> SetOf(const std::vector<SchemaGroup::Member>& members) {
+  const auto set = runtime::MakeCounted<SchemaSet>();
+  for (const SchemaGroup::Member& member : members) set->Add({member.uri, member.schema, false});
+  return set;
+}
+
 }  // namespace
+
+SchemaGroup::SchemaGroup(std::vector<Member> all)
+    : members(std::move(all)), known(SetOf(members)) {}
 
 LoadedGroup CompileGroup(std::string_view uri, SchemaText text, const SchemaSource& source,
                          const SchemaLimits& limits) {

@@ -6,6 +6,7 @@
 #include "platform/runtime/counted.h"
 #include "platform/text/host_codec.h"
 #include "platform/xdr/schema.h"
+#include "platform/xdr/schema_set.h"
 
 #include <cstdint>
 #include <string>
@@ -65,7 +66,11 @@ class SchemaGroup : public runtime::AtomicCounted {
     std::string location;  ///< as it was named, and by the document or schema where
     std::string base;
   };
-  std::vector<Member> members;
+  explicit SchemaGroup(std::vector<Member> all);
+
+  const std::vector<Member> members;
+  /// The same as what a document knows that needs no other schema.
+  const runtime::Counted<const SchemaSet> known;
 };
 
 using SharedGroup = runtime::Counted<const SchemaGroup>;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <functional>
 #include <span>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -114,6 +115,10 @@ constexpr Keyword<Order> kOrders[] = {
 constexpr Keyword<bool> kModels[] = {{"open", true}, {"closed", false}};
 constexpr Keyword<bool> kAnswers[] = {{"yes", true}, {"no", false}};
 
+bool IsDeclaration(const Cursor& attribute) {
+  return (attribute.Data().Record(attribute.Id()).flags & dom::kNamespaceDeclaration) != 0;
+}
+
 /// The data type attributes of an ElementType, AttributeType or datatype, as they are found.
 struct TypeDraft {
   std::optional<DataType> type;
@@ -132,6 +137,7 @@ struct Frame {
   std::size_t attributeType = 0;  // index in the list it was added to
   bool localType = false;
   std::optional<Content> content;  // as written
+  std::size_t prefixes = 0;        // how many it declares
   TypeDraft draft;
 };
 
@@ -140,7 +146,7 @@ class SchemaReader {
   explicit SchemaReader(const Cursor& root) : root_(root) {}
 
   RawSchema Read() {
-    CollectNamespaces();
+    OpenPrefixesAround();
     Open(root_, Kind::kSchema, nullptr);
     Cursor at = root_.FirstChildElement();
     while (true) {
@@ -161,17 +167,39 @@ class SchemaReader {
   }
 
  private:
-  void CollectNamespaces() {
-    std::unordered_set<std::string, NamespaceHash, NamespaceEqual> known;
-    for (Cursor at = root_; at; at = at.NextInTree(root_)) {
-      if (!at.IsElement()) continue;
-      for (Cursor a = at.FirstAttribute(); a; a = a.Next()) {
-        if ((a.Data().Record(a.Id()).flags & dom::kNamespaceDeclaration) == 0) continue;
-        const std::string_view uri = Value(a);
-        if (!NamesSchema(uri) || NamesInlineSchema(uri)) continue;
-        if (known.emplace(uri).second) raw_.namespaces.emplace_back(uri);
-      }
+  // What prefixes mean outside the schema: one that stands in a document has elements around it.
+  void OpenPrefixesAround() {
+    std::vector<Cursor> around;
+    for (Cursor at = root_.Parent(); at; at = at.Parent()) {
+      if (at.IsElement()) around.push_back(at);
     }
+    for (auto at = around.rbegin(); at != around.rend(); ++at) OpenPrefixes(*at);
+    opened_.clear();
+  }
+
+  // Puts the meanings on that `at` declares.
+  std::size_t OpenPrefixes(const Cursor& at) {
+    std::size_t count = 0;
+    for (Cursor a = at.FirstAttribute(); a; a = a.Next()) {
+      if (a.Prefix().empty() || !IsDeclaration(a)) continue;
+      auto& meanings = prefixes_[std::string(a.LocalName())];
+      meanings.push_back(Value(a));
+      opened_.push_back(&meanings);
+      ++count;
+    }
+    return count;
+  }
+  void ClosePrefixes(std::size_t count) {
+    for (; count != 0; --count) {
+      opened_.back()->pop_back();
+      opened_.pop_back();
+    }
+  }
+  [[nodiscard]] std::optional<std::string_view> MeaningOf(std::string_view prefix) const {
+    if (prefix == "xml") return dom::kXmlNamespace;
+    const auto found = prefixes_.find(prefix);
+    if (found == prefixes_.end() || found->second.empty()) return std::nullopt;
+    return found->second.back();
   }
 
   std::string_view Value(const Cursor& attribute) {
@@ -220,6 +248,7 @@ class SchemaReader {
       frame.order = parent->order;
       frame.localType = parent->kind == Kind::kElementType;
     }
+    frame.prefixes = OpenPrefixes(at);
     CheckAttributes(at, kind);
     switch (kind) {
       case Kind::kSchema:
@@ -248,13 +277,12 @@ class SchemaReader {
   void CheckAttributes(const Cursor& at, Kind kind) {
     const auto allowed = AttributesOf(kind);
     for (Cursor a = at.FirstAttribute(); a; a = a.Next()) {
-      const bool plain =
-          a.Prefix().empty() && (a.Data().Record(a.Id()).flags & dom::kNamespaceDeclaration) == 0;
-      if (!plain) continue;
+      if (!a.Prefix().empty() || IsDeclaration(a)) continue;
       const std::string_view name = a.LocalName();
       if (std::find(allowed.begin(), allowed.end(), name) != allowed.end()) continue;
-      Report(at, "The attribute '" + std::string(name) + "' is not allowed on " + Called(at) +
-                     " of a schema.");
+      // One is enough, and looking for the element's name is not free.
+      return Report(at, "The attribute '" + std::string(name) + "' is not allowed on " +
+                            Called(at) + " of a schema.");
     }
   }
 
@@ -310,6 +338,7 @@ class SchemaReader {
     if (colon == std::string_view::npos) return reference;
     reference.prefix = reference.name.substr(0, colon);
     reference.name = reference.name.substr(colon + 1);
+    reference.uri = MeaningOf(reference.prefix);
     return reference;
   }
 
@@ -504,6 +533,7 @@ class SchemaReader {
                                                       : " has values but is no enumeration."));
     }
     if (listed) ReadValues(frame, draft.values.value_or(std::string_view()), *rules);
+    rules->Prepare();
     return rules;
   }
 
@@ -522,6 +552,7 @@ class SchemaReader {
     const Frame& frame = stack_.back();
     if (frame.kind == Kind::kElementType) CloseElementType(frame);
     if (frame.kind == Kind::kAttributeType) CloseAttributeType(frame);
+    ClosePrefixes(frame.prefixes);
   }
 
   Cursor root_;
@@ -532,21 +563,28 @@ class SchemaReader {
   NameSet elementNames_;
   NameSet attributeNames_;
   std::vector<NameSet> localNames_;  // by ElementType
+  std::unordered_map<std::string, std::vector<std::string_view>, text::ExactHash, std::equal_to<>>
+      prefixes_;                                        // the innermost meaning last
+  std::vector<std::vector<std::string_view>*> opened_;  // what to take back, the last one first
 };
 
 }  // namespace
 
 RawSchema ReadSchema(const Cursor& root) { return SchemaReader(root).Read(); }
 
-std::optional<std::string> NamespaceOfPrefix(const Cursor& node, std::string_view prefix) {
-  if (prefix == "xml") return std::string(dom::kXmlNamespace);
-  const std::string name = "xmlns:" + std::string(prefix);
-  for (Cursor at = node; at; at = at.Parent()) {
+std::vector<std::string> SchemasDeclaredIn(const Cursor& root) {
+  std::vector<std::string> namespaces;
+  std::unordered_set<std::string, NamespaceHash, NamespaceEqual> known;
+  for (Cursor at = root; at; at = at.NextInTree(root)) {
     if (!at.IsElement()) continue;
-    const Cursor declaration = at.FindAttribute(name);
-    if (declaration) return declaration.TextContent();
+    for (Cursor a = at.FirstAttribute(); a; a = a.Next()) {
+      if (!IsDeclaration(a)) continue;
+      const std::string uri = a.TextContent();
+      if (!NamesSchema(uri) || NamesInlineSchema(uri)) continue;
+      if (known.emplace(uri).second) namespaces.push_back(uri);
+    }
   }
-  return std::nullopt;
+  return namespaces;
 }
 
 }  // namespace kx::xdr

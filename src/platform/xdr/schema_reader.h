@@ -29,6 +29,7 @@ struct RawReference {
   dom::NodeId node = dom::kNoNode;  ///< the element that refers
   std::string_view prefix;
   std::string_view name;
+  std::optional<std::string_view> uri;  ///< what the prefix means; nothing when it means nothing
 };
 
 struct RawAttribute {
@@ -63,16 +64,15 @@ struct RawSchema {
   std::string_view name;  ///< the schema's own
   std::vector<RawElementType> elements;
   std::vector<AttributeType> attributeTypes;
-  std::vector<std::string> namespaces;  ///< "x-schema:" names that are declared, each once
-  std::deque<std::string> joined;       ///< values that do not stand in one piece in the document
+  std::deque<std::string> joined;  ///< values that do not stand in one piece in the document
   std::optional<SchemaMistake> mistake;
 };
 
 /// Reads the schema whose Schema element is `root`.
 [[nodiscard]] RawSchema ReadSchema(const dom::Cursor& root);
 
-/// The namespace that `prefix` means at `node`; nothing when it is not declared.
-[[nodiscard]] std::optional<std::string> NamespaceOfPrefix(const dom::Cursor& node,
-                                                           std::string_view prefix);
+/// The "x-schema:" names that are declared in the schema, each once, but for those of schemas in
+/// the same document.
+[[nodiscard]] std::vector<std::string> SchemasDeclaredIn(const dom::Cursor& root);
 
 }  // namespace kx::xdr

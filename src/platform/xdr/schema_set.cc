@@ -41,6 +41,24 @@ std::uint32_t SchemaSet::Add(Entry entry) {
   return Size() - 1;
 }
 
+std::uint32_t GrowingSet::Add(SchemaSet::Entry entry) {
+  const std::uint32_t known = Find(entry.uri);
+  if (known != SchemaSet::kNone) return known;
+  if (!own_) {
+    own_ = now_ ? runtime::MakeCounted<SchemaSet>(*now_) : runtime::MakeCounted<SchemaSet>();
+    now_ = own_;
+  }
+  return own_->Add(std::move(entry));
+}
+
+void GrowingSet::AddAll(const runtime::Counted<const SchemaSet>& other) {
+  if (!now_) {
+    now_ = other;
+    return;
+  }
+  for (std::uint32_t i = 0; i < other->Size(); ++i) Add(other->At(i));
+}
+
 runtime::Counted<const dom::SchemaKnowledge> SchemaSet::ShareNamespace(
     const dom::SchemaKnowledge* known, std::string_view uri) const {
   const auto* const other = static_cast<const SchemaSet*>(known);

@@ -44,4 +44,28 @@ class SchemaSet final : public dom::SchemaKnowledge {
   std::unordered_map<std::string, std::uint32_t, NamespaceHash, NamespaceEqual> index_;
 };
 
+/// A set while it grows: as long as nothing is added it is the one it began with.
+class GrowingSet {
+ public:
+  GrowingSet() = default;
+  explicit GrowingSet(const SchemaSet* known) : now_(known) {}
+
+  [[nodiscard]] std::uint32_t Find(std::string_view uri) const noexcept {
+    return now_ ? now_->Find(uri) : SchemaSet::kNone;
+  }
+  [[nodiscard]] const SchemaSet::Entry& At(std::uint32_t place) const noexcept {
+    return now_->At(place);
+  }
+  /// Adds an entry unless one serves the namespace already; returns its place.
+  std::uint32_t Add(SchemaSet::Entry entry);
+  /// Adds all entries of a set; places of those that were there stay.
+  void AddAll(const runtime::Counted<const SchemaSet>& other);
+  /// The set; null when it is empty. Called when nothing more is added.
+  [[nodiscard]] runtime::Counted<const SchemaSet> Share() const noexcept { return now_; }
+
+ private:
+  runtime::Counted<const SchemaSet> now_;
+  runtime::Counted<SchemaSet> own_;  // the same, once something has been added
+};
+
 }  // namespace kx::xdr

@@ -9,10 +9,9 @@
 #include "platform/xdr/schema_names.h"
 #include "platform/xdr/schema_set.h"
 
-#include <algorithm>
 #include <string>
+#include <unordered_set>
 #include <utility>
-#include <vector>
 
 namespace kx::xdr {
 
@@ -64,24 +63,29 @@ bool IsDeclarationOfNamespace(const Cursor& attribute) {
   return (attribute.Data().Record(attribute.Id()).flags & dom::kNamespaceDeclaration) != 0;
 }
 
+// What the element type of `owner` says of an attribute; null when it does not name it.
+const AttributeUse* FindUse(const Binding& owner, const dom::NameTable& names, dom::NameId name) {
+  const std::string_view local = names.LocalText(name);
+  const Symbol symbol =
+      names.PrefixText(name).empty()
+          ? owner.schema->AttributeSymbol(local)
+          : owner.schema->ForeignAttributeSymbol(names.UriText(names.UriOf(name)), local);
+  std::size_t hint = 0;
+  return symbol == kNoSymbol ? nullptr : owner.element->FindAttribute(symbol, hint);
+}
+
 Binding BindAttribute(const Cursor& attribute) {
   const Cursor element = attribute.Parent();
   if (!element || !element.IsElement() || IsDeclarationOfNamespace(attribute)) return {};
   Binding owner = BindElement(element);
   if (!owner) return {};
   const bool plain = attribute.Prefix().empty();
-  const std::string_view uri = attribute.NamespaceUri();
-  const std::string_view name = attribute.LocalName();
-  const Symbol symbol =
-      plain ? owner.schema->AttributeSymbol(name) : owner.schema->ForeignAttributeSymbol(uri, name);
-  std::size_t hint = 0;
-  const AttributeUse* use =
-      symbol == kNoSymbol ? nullptr : owner.element->FindAttribute(symbol, hint);
-  if (use == nullptr) {
-    return plain || !owner.element->TakesExtras() ? Binding()
-                                                  : BindGlobal(attribute.Data(), uri, name);
+  const AttributeUse* const use = FindUse(owner, attribute.Data().Names(), attribute.Name());
+  const bool global = use != nullptr ? !plain : !plain && owner.element->TakesExtras();
+  if (global) {
+    return BindGlobal(attribute.Data(), attribute.NamespaceUri(), attribute.LocalName());
   }
-  if (!plain) return BindGlobal(attribute.Data(), uri, name);
+  if (use == nullptr) return {};
   return {std::move(owner.schema), nullptr, use->node, use->rules.Get(), owner.isInline};
 }
 
@@ -149,6 +153,14 @@ DataType TypeOf(const Cursor& node) {
   return DeclaredType(FindBinding(node));
 }
 
+std::optional<std::string> DefaultOf(const Cursor& element, dom::NameId name) {
+  const Binding owner = element.IsElement() ? BindElement(element) : Binding();
+  if (!owner) return std::nullopt;
+  const AttributeUse* const use = FindUse(owner, element.Data().Names(), name);
+  if (use == nullptr || use->defaultText.empty()) return std::nullopt;
+  return use->defaultText;
+}
+
 bool IsIdAttribute(const Cursor& attribute) {
   return attribute.Type() == NodeType::kAttribute &&
          DeclaredType(BindAttribute(attribute)) == DataType::kId;
@@ -173,46 +185,44 @@ std::optional<std::string_view> DataTypeNameOf(const dom::Node& node) {
 
 namespace {
 
-// The prefix that means the data type namespace at the element; empty when none does.
-std::string FindDataTypePrefix(const Cursor& element) {
+/// What the prefixes in scope of an element tell.
+struct PrefixesInScope {
+  std::string dataTypes;                   ///< one that means that namespace; empty when none does
+  std::unordered_set<std::string> others;  ///< those that have any meaning
+};
+
+PrefixesInScope FindPrefixes(const Cursor& element) {
+  PrefixesInScope found;
   const dom::NameTable& names = element.Data().Names();
-  std::vector<std::string_view> hidden;
+  // The innermost meaning counts.
+  const auto note = [&found](std::string_view prefix, std::string_view uri) {
+    const bool added = found.others.emplace(prefix).second;
+    if (added && uri == kDataTypeNamespace && found.dataTypes.empty()) found.dataTypes = prefix;
+  };
   for (Cursor at = element; at; at = at.Parent()) {
     if (!at.IsElement()) continue;
     for (Cursor a = at.FirstAttribute(); a; a = a.Next()) {
-      if (!IsDeclarationOfNamespace(a) || a.Prefix().empty()) continue;
-      const std::string_view prefix = a.LocalName();
-      if (std::find(hidden.begin(), hidden.end(), prefix) != hidden.end()) continue;
-      if (a.TextContent() == kDataTypeNamespace) return std::string(prefix);
-      hidden.push_back(prefix);
+      if (a.Prefix().empty() || !IsDeclarationOfNamespace(a)) continue;
+      note(a.LocalName(), a.HasWholeText() ? a.OwnText() : std::string_view(a.TextContent()));
     }
-    // A node that was created with a namespace declares its prefix where it is written.
+    // What was created with a namespace declares its prefix where it is written.
     const std::string_view own = names.PrefixText(at.Name());
-    if (own.empty()) continue;
-    if (std::find(hidden.begin(), hidden.end(), own) != hidden.end()) continue;
-    if (at.NamespaceUri() == kDataTypeNamespace) return std::string(own);
-    hidden.push_back(own);
-  }
-  return {};
-}
-
-bool MeansSomethingElse(const Cursor& element, std::string_view prefix) {
-  for (Cursor at = element; at; at = at.Parent()) {
-    if (!at.IsElement()) continue;
-    if (at.FindAttribute("xmlns:" + std::string(prefix)) || at.Prefix() == prefix) return true;
+    if (!own.empty()) note(own, at.NamespaceUri());
     for (Cursor a = at.FirstAttribute(); a; a = a.Next()) {
-      if (a.Prefix() == prefix) return true;
+      if (!a.Prefix().empty() && !IsDeclarationOfNamespace(a)) note(a.Prefix(), a.NamespaceUri());
     }
   }
-  return false;
+  return found;
 }
 
-std::string NewPrefix(const Cursor& element) {
-  if (!MeansSomethingElse(element, "dt")) return "dt";
-  for (int number = 0;; ++number) {
-    std::string prefix = "dt" + std::to_string(number);
-    if (!MeansSomethingElse(element, prefix)) return prefix;
+std::string PrefixForDataTypes(const Cursor& element) {
+  const PrefixesInScope scope = FindPrefixes(element);
+  if (!scope.dataTypes.empty()) return scope.dataTypes;
+  std::string prefix = "dt";
+  for (int number = 0; scope.others.count(prefix) != 0; ++number) {
+    prefix = "dt" + std::to_string(number);
   }
+  return prefix;
 }
 
 dom::Node FindTypeAttribute(const dom::Node& element) {
@@ -236,8 +246,7 @@ void SetDataType(const dom::Node& node, std::string_view name) {
   }
   const dom::Node known = FindTypeAttribute(node);
   if (known) return known.SetNodeValue(name);
-  std::string prefix = FindDataTypePrefix(node.At());
-  if (prefix.empty()) prefix = NewPrefix(node.At());
+  const std::string prefix = PrefixForDataTypes(node.At());
   const dom::Node attribute =
       node.OwnerDocument().CreateNode(NodeType::kAttribute, prefix + ":dt", kDataTypeNamespace);
   attribute.SetNodeValue(name);

@@ -41,6 +41,9 @@ struct Binding {
 /// True when a schema declares the attribute to be an ID.
 [[nodiscard]] bool IsIdAttribute(const dom::Cursor& attribute);
 
+/// The default that the declaration of `element` gives its attribute of that name.
+[[nodiscard]] std::optional<std::string> DefaultOf(const dom::Cursor& element, dom::NameId name);
+
 /// The canonical name of the node's data type; nothing when it has none, and for elements of type
 /// string and of the name types.
 [[nodiscard]] std::optional<std::string_view> DataTypeNameOf(const dom::Node& node);

@@ -27,19 +27,15 @@ dom::ParseError ErrorOf(XdrCode code) {
   return error;
 }
 
-// Judges a node that has no children to be walked: a text, or an element that keeps its text.
-bool VisitLeaf(Validator& validator, const dom::DocumentData& data, dom::NodeId id) {
+// Judges a text, CDATA section or entity reference; the other kinds are no content.
+bool VisitText(Validator& validator, const dom::DocumentData& data, dom::NodeId id) {
   const dom::NodeRecord& record = data.Record(id);
-  if (record.type == NodeType::kElement) {
-    bool textFits = true;
-    return (record.flags & dom::kInlineText) != 0 ? validator.EndLeaf(id, textFits)
-                                                  : validator.EndElement(id);
+  if (record.type == NodeType::kCData) {
+    return validator.Text(data.OwnText(id), dom::TextForm::kExplicit);
   }
-  const bool plain = record.type == NodeType::kText || record.type == NodeType::kEntityReference;
-  const bool text = plain ? record.type == NodeType::kText || (record.flags & dom::kInlineText) != 0
-                          : record.type == NodeType::kCData;
-  return !text ||
-         validator.Text(data.OwnText(id), plain ? dom::TextForm::kPlain : dom::TextForm::kExplicit);
+  const bool text = record.type == NodeType::kText || (record.type == NodeType::kEntityReference &&
+                                                       (record.flags & dom::kInlineText) != 0);
+  return !text || validator.Text(data.OwnText(id), dom::TextForm::kPlain);
 }
 
 // Leads the validator over the tree; false at the first failure.
@@ -47,14 +43,16 @@ bool Walk(Validator& validator, const dom::DocumentData& data, dom::NodeId root)
   dom::NodeId at = root;
   while (true) {
     const dom::NodeRecord* record = &data.Record(at);
-    if (record->type == NodeType::kElement && !validator.StartElement(at)) return false;
+    const bool element = record->type == NodeType::kElement;
     const bool below = (record->flags & dom::kInlineText) == 0 &&
                        !dom::IsCharacterData(record->type) && record->first != dom::kNoNode;
     if (below) {
+      if (element && !validator.StartElement(at)) return false;
       at = record->first;
       continue;
     }
-    if (!VisitLeaf(validator, data, at)) return false;
+    dom::LeafPlace place = dom::LeafPlace::kBegin;
+    if (element ? !validator.Leaf(at, place) : !VisitText(validator, data, at)) return false;
     while (at != root && record->next == dom::kNoNode) {
       at = record->parent;
       record = &data.Record(at);
@@ -65,27 +63,34 @@ bool Walk(Validator& validator, const dom::DocumentData& data, dom::NodeId root)
   }
 }
 
+// What the document knows; a namespace that its collection serves, it serves first.
+GrowingSet KnownTo(const dom::DocumentData& data, const ServedNamespaces* served) {
+  const SchemaSet* const known = SchemaSet::Of(data);
+  if (known == nullptr || served == nullptr) return GrowingSet(known);
+  GrowingSet set;
+  for (std::uint32_t i = 0; i < known->Size(); ++i) {
+    SchemaSet::Entry entry = known->At(i);
+    SharedSchema other = served->Find(entry.uri);
+    if (other) entry = {entry.uri, std::move(other), false};
+    set.Add(std::move(entry));
+  }
+  return set;
+}
+
 enum class RootRule : unsigned char { kNeedsSchema, kNone };
 
 dom::ParseError ValidateRoot(const dom::DocumentData& data, RootRule rule) {
   const ServedNamespaces* const served = CollectionOf(data);
   const Cursor root(&data, data.DocumentElement());
   if (!root) return ErrorOf(XdrCode::kNotOneRoot);
-  const SchemaSet* const known = SchemaSet::Of(data);
-  SchemaSet set;
-  if (known != nullptr) {
-    for (std::uint32_t i = 0; i < known->Size(); ++i) {
-      SchemaSet::Entry entry = known->At(i);
-      SharedSchema other = served != nullptr ? served->Find(entry.uri) : SharedSchema();
-      if (other) entry = {entry.uri, std::move(other), false};
-      set.Add(std::move(entry));
-    }
-  }
+  GrowingSet set = KnownTo(data, served);
   Validator validator(set, served, Task::kCheck);
   validator.Begin(data);
   validator.NoteDataTypes();
   if (rule == RootRule::kNeedsSchema && !validator.IsServed(root.Id())) {
-    return data.DocumentType() != nullptr ? dom::ParseError() : ErrorOf(XdrCode::kNoSchemaForRoot);
+    // A document type counts as a schema, but not beside a collection.
+    const bool typed = data.DocumentType() != nullptr && served == nullptr;
+    return typed ? dom::ParseError() : ErrorOf(XdrCode::kNoSchemaForRoot);
   }
   if (Walk(validator, data, root.Id()) && validator.EndDocument()) return {};
   return validator.Error();

@@ -1,9 +1,9 @@
-// See validator.h.
+// Names and content; attributes are in validator_attributes.cc. See validator.h.
 #include "platform/xdr/validator.h"
 
 #include "platform/datatypes/lexical.h"
-#include "platform/datatypes/name_text.h"
 #include "platform/dom/cursor.h"
+#include "platform/dom/scan.h"
 
 #include <algorithm>
 #include <utility>
@@ -15,19 +15,12 @@ namespace {
 using dom::NodeId;
 using dom::NodeRecord;
 
-constexpr std::size_t kMostSuppliedBytes = std::size_t{16} << 20U;
+// Behind every text of a parse buffer stands what the scans of the parser need.
+static_assert(QuickCheck::kReadAhead <= dom::scan::kScanPadding);
 
 bool IsAllSpace(std::string_view text) noexcept {
   return std::all_of(text.begin(), text.end(),
                      [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
-}
-
-bool TakesText(const ElementType& type) noexcept {
-  return type.content == Content::kTextOnly || type.content == Content::kMixed;
-}
-
-bool IsIdType(DataType type) noexcept {
-  return type == DataType::kId || type == DataType::kIdref || type == DataType::kIdrefs;
 }
 
 }  // namespace
@@ -47,40 +40,42 @@ std::uint32_t Validator::FindSlot(std::string_view uri) {
   return slot;
 }
 
-const Validator::ElementName& Validator::LookUp(dom::NameId name) {
-  if (name >= elementNames_.size()) elementNames_.resize(name + 32);
+std::uint32_t Validator::SlotOf(dom::UriId uri) {
+  if (uri != lastUri_ || lastEpoch_ != epoch_) {
+    lastSlot_ = FindSlot(data_->Names().UriText(uri));
+    lastUri_ = uri;
+    lastEpoch_ = epoch_;
+  }
+  return lastSlot_;
+}
+
+dom::NameKey Validator::KeyOf(dom::NameId name, std::string_view local) const noexcept {
+  const dom::QName& qname = data_->Names().At(data_->Names().QNameOf(name));
+  return qname.prefixLength == 0 ? qname.key : dom::NameTable::KeyOf(local);
+}
+
+Validator::ElementName& Validator::LookUp(dom::NameId name) {
+  Cover(elementNames_, name);
   const dom::NameTable& names = data_->Names();
   ElementName found;
-  found.slot = FindSlot(names.UriText(names.UriOf(name)));
+  found.slot = SlotOf(names.UriOf(name));
   found.epoch = epoch_;
   found.state = NameState::kUnserved;
   if (found.slot != SchemaSet::kNone) {
-    found.type = set_.At(found.slot).schema->FindElement(names.LocalText(name));
+    const std::string_view local = names.LocalText(name);
+    found.type = set_.At(found.slot).schema->FindElement(KeyOf(name, local), local);
     found.state = found.type != nullptr ? NameState::kDeclared : NameState::kUndeclared;
+  }
+  if (found.type != nullptr) {
+    const ElementType& type = *found.type;
+    found.plain = type.TakesText() && !type.hasImplied && !type.needsChild;
+    if (type.checksText) found.check = &type.rules->quick;
   }
   return elementNames_[name] = found;
 }
 
 bool Validator::IsServed(NodeId element) {
   return NameOf(data_->Record(element).name).state != NameState::kUnserved;
-}
-
-Validator::AttributeName& Validator::LookUpAttribute(dom::NameId name) {
-  if (name >= attributeNames_.size()) attributeNames_.resize(name + 32);
-  AttributeName& found = attributeNames_[name];
-  const dom::NameTable& names = data_->Names();
-  const dom::UriId uri = names.UriOf(name);
-  if (names.PrefixText(name).empty()) {
-    found.kind = AttributeKind::kPlain;
-  } else if (uri == dom::kXmlUri) {
-    found.kind = AttributeKind::kFree;
-  } else if (IsDataTypeNamespace(names.UriText(uri))) {
-    const bool typing = names.LocalText(name) == "dt";
-    found.kind = typing ? AttributeKind::kDataType : AttributeKind::kFree;
-  } else {
-    found.kind = AttributeKind::kQualified;
-  }
-  return found;
 }
 
 std::string_view Validator::TextOf(NodeId id) {
@@ -125,35 +120,41 @@ bool Validator::IsComplete(const Frame& frame) const {
                      [&](Place place) { return model.MayEnd(place); });
 }
 
+// Of a model that is not ambiguous; notes the place for the next child of that name.
+bool Validator::Step(Frame& frame, ElementName& child, Symbol symbol) {
+  const ContentModel& model = frame.type->model;
+  const Place place = model.FindPlace(symbol);
+  if (place == ContentModel::kStart) return false;
+  child.parent = frame.name;
+  child.place = place;
+  if (!model.Takes(frame.state, place)) return false;
+  frame.state = place;
+  return true;
+}
+
 // The model first; what it does not take may be an extra one where the content is complete.
-bool Validator::TakeChild(Frame& frame, const ElementName& child, dom::NameId name) {
-  frame.hasChildren = true;
+bool Validator::TakeOtherChild(Frame& frame, ElementName& child, dom::NameId name) {
   const ElementType& type = *frame.type;
   if (type.content == Content::kEltOnly || type.content == Content::kMixed) {
     const Symbol symbol = SymbolOf(frame, child, name);
-    if (symbol != kNoSymbol) {
-      if (type.model.IsAmbiguous()) {
-        if (StepSet(frame, symbol)) return true;
-      } else {
-        const Place next = type.model.Step(frame.state, symbol);
-        if (next != ContentModel::kStart) {
-          frame.state = next;
-          return true;
-        }
-      }
+    if (symbol != kNoSymbol &&
+        (type.ambiguous ? StepSet(frame, symbol) : Step(frame, child, symbol))) {
+      return true;
     }
     if (type.open && IsComplete(frame)) return true;
   }
   Fail(XdrCode::kElementInvalid);
-  AddExpected(frame, TakesText(type));
+  AddExpected(frame, type.TakesText());
   return false;
 }
 
 // The line that tells what could have come.
 void Validator::AddExpected(const Frame& frame, bool withText) {
   const ElementType& type = *frame.type;
-  const Place* const states = type.model.IsAmbiguous() ? &sets_[frame.setBegin] : &frame.state;
-  const std::size_t count = type.model.IsAmbiguous() ? sets_.size() - frame.setBegin : 1;
+  // An element without children has no states of its own.
+  const bool set = type.ambiguous && sets_.size() > frame.setBegin;
+  const Place* const states = set ? &sets_[frame.setBegin] : &frame.state;
+  const std::size_t count = set ? sets_.size() - frame.setBegin : 1;
   std::string line = withText ? "#PCDATA" : "";
   const SchemaSet::Entry& entry = set_.At(frame.slot);
   if (type.model.HasChildren()) {
@@ -165,34 +166,44 @@ void Validator::AddExpected(const Frame& frame, bool withText) {
   if (!line.empty()) error_.reason += "Expecting: " + line + ".\r\n";
 }
 
-bool Validator::StartElement(NodeId element) {
+// The element in its parent's model, the element itself, its attributes.
+bool Validator::Enter(NodeId element, Frame& frame) {
   const dom::NameId name = data_->Record(element).name;
-  const ElementName& child = NameOf(name);
-  const bool checks = task_ != Task::kBind;
-  if (checks && !frames_.empty()) {
-    Frame& parent = frames_.back();
-    if (parent.type != nullptr && !TakeChild(parent, child, name)) return false;
+  ElementName& known = NameOf(name);
+  if (task_ != Task::kBind) {
+    if (depth_ != 0 && !TakeChild(frames_[depth_ - 1], known, name)) return false;
+    if (known.state == NameState::kUndeclared) {
+      return Fail(XdrCode::kUndeclaredElement, {NameText(element)});
+    }
   }
-  if (checks && child.state == NameState::kUndeclared) {
-    return Fail(XdrCode::kUndeclaredElement, {NameText(element)});
-  }
-  Frame& frame = frames_.emplace_back();
-  frame.type = child.type;
-  frame.slot = child.slot;
+  frame.type = known.type;
+  frame.name = name;
+  frame.slot = known.slot;
+  frame.state = ContentModel::kStart;
   frame.setBegin = static_cast<std::uint32_t>(sets_.size());
-  if (child.type == nullptr) {
-    return !dataTypes_ || CheckForeignAttributes(element, frame);
-  }
-  if (child.type->model.IsAmbiguous()) sets_.push_back(ContentModel::kStart);
+  frame.instanceType = DataType::kNone;
+  frame.hasChildren = false;
+  if (known.type == nullptr) return !dataTypes_ || CheckForeignAttributes(element, frame);
   const bool plain =
-      data_->Record(element).firstAttribute == dom::kNoNode && !child.type->hasImplied;
+      data_->Record(element).firstAttribute == dom::kNoNode && !known.type->hasImplied;
   return plain || CheckAttributes(element, frame);
 }
 
+bool Validator::StartElement(NodeId element) {
+  if (depth_ == frames_.size()) frames_.Extend(1);
+  Frame& frame = frames_[depth_];
+  if (!Enter(element, frame)) return false;
+  if (frame.type != nullptr && frame.type->ambiguous) sets_.push_back(ContentModel::kStart);
+  ++depth_;
+  return true;
+}
+
 bool Validator::Text(std::string_view text, dom::TextForm form) {
-  if (frames_.empty() || task_ == Task::kBind) return true;
-  const Frame& frame = frames_.back();
-  if (frame.type == nullptr || TakesText(*frame.type)) return true;
+  return depth_ == 0 || task_ == Task::kBind || TakesText(frames_[depth_ - 1], text, form);
+}
+
+bool Validator::TakesText(const Frame& frame, std::string_view text, dom::TextForm form) {
+  if (frame.type == nullptr || frame.type->TakesText()) return true;
   const bool space = form == dom::TextForm::kPlain && IsAllSpace(text);
   if (space && frame.type->content == Content::kEltOnly) return true;
   Fail(XdrCode::kTextNotAllowed);
@@ -200,222 +211,71 @@ bool Validator::Text(std::string_view text, dom::TextForm form) {
   return false;
 }
 
+bool Validator::CheckInstanceText(NodeId element, DataType type) {
+  const std::string_view text = TextOf(element);
+  if (datatypes::TrimSpace(text).empty() || datatypes::IsTextOf(type, text)) return true;
+  return Fail(XdrCode::kDataTypeParse, {text, datatypes::DataTypeName(type)});
+}
+
 bool Validator::CheckText(NodeId element, const Frame& frame) {
-  if (frame.instanceType != DataType::kNone) {
-    const std::string_view text = TextOf(element);
-    if (datatypes::TrimSpace(text).empty() || datatypes::IsTextOf(frame.instanceType, text)) {
-      return true;
-    }
-    return Fail(XdrCode::kDataTypeParse, {text, datatypes::DataTypeName(frame.instanceType)});
-  }
+  if (frame.instanceType != DataType::kNone) return CheckInstanceText(element, frame.instanceType);
   if (frame.type == nullptr || !frame.type->checksText) return true;
   const ValueRules& rules = *frame.type->rules;
+  if (IsQuicklyGood(element, rules.quick)) return true;
   const std::string_view text = TextOf(element);
   if (rules.Check(text) != ValueFailure::kNone) {
     return Fail(XdrCode::kDataTypeParse, {text, datatypes::DataTypeName(rules.type)});
   }
-  return !IsIdType(rules.type) || NoteIds(text, rules.type, NameText(element));
-}
-
-bool Validator::CheckContent(NodeId element, const Frame& frame) {
-  if (frame.type != nullptr && frame.type->model.HasChildren() && !IsComplete(frame)) {
-    return Fail(frame.hasChildren ? XdrCode::kElementIncomplete : XdrCode::kElementEmpty);
-  }
-  return CheckText(element, frame);
+  return !datatypes::IsIdType(rules.type) || NoteIds(text, rules.type, NameText(element));
 }
 
 bool Validator::EndElement(NodeId element) {
-  if (frames_.empty()) return true;  // it was open before anything was to be bound
-  if (task_ != Task::kBind && !CheckContent(element, frames_.back())) return false;
-  if (sets_.size() != frames_.back().setBegin) sets_.resize(frames_.back().setBegin);
-  frames_.pop_back();
+  if (depth_ == 0) return true;  // it was open before anything was to be bound
+  const Frame& frame = frames_[depth_ - 1];
+  if (task_ != Task::kBind) {
+    if (frame.type != nullptr && frame.type->hasChildren && !IsComplete(frame)) {
+      return Fail(frame.hasChildren ? XdrCode::kElementIncomplete : XdrCode::kElementEmpty);
+    }
+    if (!CheckText(element, frame)) return false;
+  }
+  if (sets_.size() != frame.setBegin) sets_.resize(frame.setBegin);
+  --depth_;
   return true;
 }
 
-bool Validator::EndLeaf(NodeId element, bool& textFits) {
-  if (!frames_.empty() && task_ != Task::kBind) {
-    const Frame& frame = frames_.back();
-    if (frame.type != nullptr && !TakesText(*frame.type)) {
-      const NodeRecord& record = data_->Record(element);
-      if ((record.flags & dom::kInlineText) != 0 &&
-          !Text(data_->OwnText(element), dom::TextForm::kPlain)) {
-        textFits = false;
-        return false;
-      }
-    }
+// What most leaves are: without attributes, where one of that name stood the last time, with a text
+// that is plainly good. Takes such a one; false leaves everything as it was.
+bool Validator::IsPlainLeaf(NodeId element) {
+  const NodeRecord& record = data_->Record(element);
+  if (depth_ == 0 || record.firstAttribute != dom::kNoNode || record.name >= elementNames_.size()) {
+    return false;
   }
-  return EndElement(element);
+  const ElementName& known = elementNames_[record.name];
+  Frame& parent = frames_[depth_ - 1];
+  if (!known.plain || known.parent != parent.name) return false;
+  if (!parent.type->model.Takes(parent.state, known.place)) return false;
+  if (known.check != nullptr && !IsQuicklyGood(element, *known.check)) return false;
+  parent.state = known.place;
+  parent.hasChildren = true;
+  return true;
 }
 
-// Attributes -------------------------------------------------------------------------------------
-
-bool Validator::CheckForeignAttributes(NodeId element, Frame& frame) {
-  for (NodeId at = data_->Record(element).firstAttribute; at != dom::kNoNode;
-       at = data_->Record(at).next) {
-    if (AttributeOf(data_->Record(at).name).kind == AttributeKind::kDataType &&
-        !ReadInstanceType(at, frame)) {
+bool Validator::LeafByTheRules(NodeId element, dom::LeafPlace& place) {
+  place = dom::LeafPlace::kBegin;
+  Frame frame;
+  if (!Enter(element, frame)) return false;
+  if (task_ == Task::kBind) return true;
+  if (frame.type != nullptr) {
+    const bool text = (data_->Record(element).flags & dom::kInlineText) != 0;
+    if (text && !frame.type->TakesText() &&
+        !TakesText(frame, data_->OwnText(element), dom::TextForm::kPlain)) {
       return false;
     }
+    place = dom::LeafPlace::kEnd;
+    if (frame.type->needsChild) return Fail(XdrCode::kElementEmpty);
   }
-  return true;
-}
-
-// Nothing types an element of a schema: there it declares.
-bool Validator::ReadInstanceType(NodeId attribute, Frame& frame) {
-  const dom::NameTable& names = data_->Names();
-  const NodeId element = data_->Record(attribute).parent;
-  if (IsSchemaNamespace(names.UriText(names.UriOf(data_->Record(element).name)))) return true;
-  if (frame.instanceType != DataType::kNone) return Fail(XdrCode::kTwoDataTypes);
-  const std::string_view name = TextOf(attribute);
-  const auto type = datatypes::FindDataType(name);
-  if (!type) return Fail(XdrCode::kUnknownDataType, {name});
-  frame.instanceType = *type;
-  return true;
-}
-
-bool Validator::CheckAttributes(NodeId element, Frame& frame) {
-  const ElementType& type = *frame.type;
-  seen_ = 0;
-  const bool many = type.attributes.size() > 64;
-  if (many || !seenMore_.empty()) seenMore_.assign(many ? type.attributes.size() : 0, 0);
-  std::size_t hint = 0;
-  for (NodeId at = data_->Record(element).firstAttribute; at != dom::kNoNode;
-       at = data_->Record(at).next) {
-    if ((data_->Record(at).flags & dom::kNamespaceDeclaration) != 0) continue;
-    if (!CheckAttribute(at, frame, hint)) return false;
-  }
-  const bool complete = many ? !type.hasImplied : (type.implied & ~seen_) == 0;
-  return complete || CheckImplied(element, frame);
-}
-
-bool Validator::CheckAttribute(NodeId attribute, const Frame& frame, std::size_t& hint) {
-  const dom::NameId name = data_->Record(attribute).name;
-  AttributeName& known = AttributeOf(name);
-  if (known.kind != AttributeKind::kPlain) {
-    if (known.kind == AttributeKind::kDataType) return ReadInstanceType(attribute, frames_.back());
-    return known.kind == AttributeKind::kFree || CheckQualified(attribute, frame, hint);
-  }
-  if (known.slot != frame.slot) {
-    known.slot = frame.slot;
-    known.symbol = set_.At(frame.slot).schema->AttributeSymbol(data_->Names().LocalText(name));
-  }
-  const AttributeUse* use =
-      known.symbol == kNoSymbol ? nullptr : frame.type->FindAttribute(known.symbol, hint);
-  if (use == nullptr) {
-    return task_ == Task::kBind || Fail(XdrCode::kUndeclaredAttribute, {NameText(attribute)});
-  }
-  if (hint <= 64) seen_ |= std::uint64_t{1} << (hint - 1);
-  if (!seenMore_.empty()) seenMore_[hint - 1] = 1;
-  if (!use->checked || task_ == Task::kBind) return true;
-  return CheckValue(attribute, *use->rules,
-                    use->IsFixed() ? std::string_view(use->defaultText) : std::string_view());
-}
-
-bool Validator::CheckQualified(NodeId attribute, const Frame& frame, std::size_t& hint) {
-  const dom::NameTable& names = data_->Names();
-  const dom::NameId name = data_->Record(attribute).name;
-  const std::string_view uri = names.UriText(names.UriOf(name));
-  const std::string_view local = names.LocalText(name);
-  const Symbol symbol = set_.At(frame.slot).schema->ForeignAttributeSymbol(uri, local);
-  const AttributeUse* use = symbol == kNoSymbol ? nullptr : frame.type->FindAttribute(symbol, hint);
-  if (use != nullptr) {
-    if (hint <= 64) seen_ |= std::uint64_t{1} << (hint - 1);
-    if (!seenMore_.empty()) seenMore_[hint - 1] = 1;
-    if (task_ == Task::kBind) return true;
-    return CheckValue(attribute, *use->rules,
-                      use->IsFixed() ? std::string_view(use->defaultText) : std::string_view());
-  }
-  if (task_ == Task::kBind) return true;
-  const std::uint32_t slot = FindSlot(uri);
-  const bool extras = frame.type->TakesExtras();
-  const bool openText = frame.type->open && frame.type->content == Content::kTextOnly;
-  if (slot == SchemaSet::kNone && (extras || openText)) return true;
-  const AttributeType* type =
-      slot != SchemaSet::kNone && extras ? set_.At(slot).schema->FindAttributeType(local) : nullptr;
-  if (type == nullptr) return Fail(XdrCode::kUndeclaredAttribute, {NameText(attribute)});
-  return CheckValue(attribute, *type->rules, {});
-}
-
-bool Validator::CheckValue(NodeId attribute, const ValueRules& rules, std::string_view fixed) {
-  const std::string_view text = TextOf(attribute);
-  const ValueFailure failure = rules.Check(text);
-  if (failure != ValueFailure::kNone) return FailValue(attribute, text, rules, failure);
-  if (!fixed.empty() && !text.empty() && !datatypes::AreSameValue(rules.type, text, fixed)) {
-    // White space only is empty for every type but string.
-    const bool counts = rules.type <= DataType::kString || !datatypes::TrimSpace(text).empty();
-    if (counts) return Fail(XdrCode::kNotTheFixedValue, {NameText(attribute)});
-  }
-  return !IsIdType(rules.type) || NoteIds(text, rules.type, NameText(attribute));
-}
-
-bool Validator::FailValue(NodeId attribute, std::string_view text, const ValueRules& rules,
-                          ValueFailure failure) {
-  if (failure == ValueFailure::kSeveralNames) return Fail(XdrCode::kSeveralNames);
-  if (failure == ValueFailure::kBadName) return Fail(XdrCode::kBadNameStart);
-  if (failure == ValueFailure::kType && datatypes::IsRichType(rules.type)) {
-    return Fail(XdrCode::kDataTypeParse, {text, datatypes::DataTypeName(rules.type)});
-  }
-  return Fail(XdrCode::kBadAttributeValue, {NameText(attribute)});
-}
-
-// What is required and missing, and what is supplied.
-bool Validator::CheckImplied(NodeId element, const Frame& frame) {
-  const std::vector<AttributeUse>& uses = frame.type->attributes;
-  const bool many = uses.size() > 64;
-  for (std::size_t i = 0; i < uses.size(); ++i) {
-    if (many ? seenMore_[i] != 0 : (seen_ >> i & 1U) != 0) continue;
-    const AttributeUse& use = uses[i];
-    if (use.required && use.defaultText.empty() && task_ != Task::kBind) {
-      const std::string name = use.prefix.empty() ? use.name : use.prefix + ":" + use.name;
-      return Fail(XdrCode::kMissingAttribute, {name});
-    }
-  }
-  if (task_ == Task::kCheck) return true;
-  for (std::size_t i = 0; i < uses.size(); ++i) {
-    if (many ? seenMore_[i] != 0 : (seen_ >> i & 1U) != 0) continue;
-    if (uses[i].defaultText.empty()) continue;
-    supplied_ += uses[i].defaultText.size() + sizeof(NodeRecord);
-    if (supplied_ > kMostSuppliedBytes && supplied_ / 32 > data_->Counters().textBytes) {
-      dom::SetParseError(error_, dom::ParseCode::kTooLarge, {std::to_string(kMostSuppliedBytes)});
-      return false;
-    }
-    SupplyAttribute(element, uses[i]);
-  }
-  return true;
-}
-
-void Validator::SupplyAttribute(NodeId element, const AttributeUse& use) {
-  dom::NameTable& names = changes_->Names();
-  const bool foreign = !use.uri.empty();
-  const dom::NameId name =
-      foreign ? names.InternName(use.prefix + ":" + use.name, names.InternUri(use.uri))
-              : names.InternName(use.name, dom::kNoUri);
-  changes_->SupplyAttribute(element, name, use.defaultText);
-}
-
-// IDs --------------------------------------------------------------------------------------------
-
-bool Validator::NoteIds(std::string_view text, DataType type, std::string_view name) {
-  if (type == DataType::kId) {
-    const std::string_view id = datatypes::TrimSpace(text);
-    if (id.empty() || ids_.emplace(id).second) return true;
-    return Fail(XdrCode::kDuplicateId, {id});
-  }
-  for (std::string_view id = datatypes::TakeToken(text); !id.empty();
-       id = datatypes::TakeToken(text)) {
-    if (ids_.find(id) == ids_.end()) references_.push_back({std::string(name), std::string(id)});
-  }
-  return true;
-}
-
-bool Validator::EndDocument() {
-  if (task_ == Task::kBind) return true;
-  for (const Reference& reference : references_) {
-    if (ids_.find(reference.id) != ids_.end()) continue;
-    failedAtEnd_ = true;
-    return Fail(XdrCode::kDanglingIdref, {reference.name, reference.id});
-  }
-  return true;
+  place = dom::LeafPlace::kEnd;
+  return CheckText(element, frame);
 }
 
 }  // namespace kx::xdr

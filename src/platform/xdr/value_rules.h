@@ -4,6 +4,7 @@
 
 #include "platform/datatypes/data_type.h"
 #include "platform/runtime/counted.h"
+#include "platform/xdr/quick_check.h"
 
 #include <cstdint>
 #include <string>
@@ -30,7 +31,10 @@ struct ValueRules : runtime::AtomicCounted {
   std::uint32_t minLength = 0;
   std::uint32_t maxLength = 0xFFFFFFFFU;
   std::vector<std::string> values;  ///< of an enumeration, sorted
+  QuickCheck quick;                 ///< says of some good texts that they are; see Prepare
 
+  /// Called once, when all else is set.
+  void Prepare() { quick = QuickCheck(type, minLength, maxLength, values); }
   /// True when every text is good.
   [[nodiscard]] bool TakesAnyText() const noexcept {
     return type <= DataType::kString && minLength == 0 && maxLength == 0xFFFFFFFFU;

@@ -50,7 +50,7 @@ struct Parsed {
       for (auto place = model.FindPlace(static_cast<Symbol>(c - 'a')); place != 0;
            place = model.NextPlace(place)) {
         for (const auto from : states) {
-          if (!model.MayFollow(from, place)) continue;
+          if (!model.Takes(from, place)) continue;
           next.push_back(place);
           break;
         }
@@ -129,16 +129,22 @@ class Naive {
   const std::string& word_;
 };
 
+constexpr const char* kModels[] = {
+    "(abc)",          "(a?b?c?)",      "(a*b+)",         "[abc]",         "[a?b]",
+    "{ab}",           "((ab)*c)",      "([ab]+c?)",      "(a[b(ca)]a)",   "((a?b?)+c)",
+    "(a?a)",          "(a*a)",         "((ab)?(ac)?)",   "([aa]b)",       "((a?)*b)",
+    "({ab}c)",        "([(ab)(ac)]+)", "((a+b?)+)",      "(((a)))",       "(a()b)",
+    "([]a)",          "[(a?b?)c]",     "((a(b(c)?)?)*)", "([a{bc}]?a)",   "(a+b*a?)+",
+    "((ab?)+(b?c)+)", "{(ab)c}",       "[(a*)(b*)]",     "((a?b)(c?a)?)", "([ab]?[bc]?[ca]?)",
+    "((a[bc]?)+a)",   "(((a?b?)c?)+a)"};
+
+Parsed ParsedWithGroup(std::string model) {
+  if (model.back() == '+') model = "(" + model + ")";
+  return Parsed(model);
+}
+
 TEST(ContentModel, MatchesExactlyWhatANaiveMatcherDoes) {
-  const char* const models[] = {
-      "(abc)",          "(a?b?c?)",      "(a*b+)",         "[abc]",         "[a?b]",
-      "{ab}",           "((ab)*c)",      "([ab]+c?)",      "(a[b(ca)]a)",   "((a?b?)+c)",
-      "(a?a)",          "(a*a)",         "((ab)?(ac)?)",   "([aa]b)",       "((a?)*b)",
-      "({ab}c)",        "([(ab)(ac)]+)", "((a+b?)+)",      "(((a)))",       "(a()b)",
-      "([]a)",          "[(a?b?)c]",     "((a(b(c)?)?)*)", "([a{bc}]?a)",   "(a+b*a?)+",
-      "((ab?)+(b?c)+)", "{(ab)c}",       "[(a*)(b*)]",     "((a?b)(c?a)?)", "([ab]?[bc]?[ca]?)",
-      "((a[bc]?)+a)",   "(((a?b?)c?)+a)"};
-  for (const char* text : models) {
+  for (const char* text : kModels) {
     std::string model = text;
     if (model.back() == '+') model = "(" + model + ")";
     const Parsed parsed(model);
@@ -156,12 +162,50 @@ TEST(ContentModel, MatchesExactlyWhatANaiveMatcherDoes) {
   }
 }
 
+TEST(ContentModel, TakesAStepExactlyWhenTheTreeAllowsIt) {
+  for (const char* text : kModels) {
+    const Parsed parsed = ParsedWithGroup(text);
+    std::vector<ContentModel::Place> places = {ContentModel::kStart};
+    for (Symbol symbol = 0; symbol < 3; ++symbol) {
+      for (auto place = parsed.model.FindPlace(symbol); place != ContentModel::kStart;
+           place = parsed.model.NextPlace(place)) {
+        places.push_back(place);
+      }
+    }
+    for (const auto from : places) {
+      for (std::size_t i = 1; i < places.size(); ++i) {
+        EXPECT_EQ(parsed.model.Takes(from, places[i]), parsed.model.MayFollow(from, places[i]))
+            << text << " " << from << " " << places[i];
+      }
+    }
+  }
+}
+
 TEST(ContentModel, ExpectsTheNamesThatMayComeNextInDeclaredOrder) {
   const Parsed parsed("(a?[bc]+a)");
   const ContentModel::Place start = ContentModel::kStart;
   EXPECT_EQ(parsed.model.Expected({&start, 1}), (std::vector<Symbol>{0, 1, 2}));
   const ContentModel::Place b = parsed.model.FindPlace(1);
   EXPECT_EQ(parsed.model.Expected({&b, 1}), (std::vector<Symbol>{1, 2, 0}));
+}
+
+// Nothing is multiplied out: not repetitions, not the alternatives of nested groups.
+TEST(ContentModel, HasOnePlaceForEachDeclarationAndGroup) {
+  ContentModel model(Order::kSeq);
+  ContentModel::Place group = ContentModel::kStart;
+  std::size_t places = 1;
+  for (Symbol symbol = 0; symbol < 10000; ++symbol) {
+    const bool deep = model.DepthOf(group) + 1 >= ContentModel::kMostDepth;
+    group = model.AddGroup(deep ? ContentModel::kStart : group,
+                           symbol % 3 == 0 ? Order::kOne : Order::kSeq, true, true);
+    model.AddChild(group, symbol, true, true);
+    places += 2;
+  }
+  Symbol symbol = kNoSymbol;
+  ASSERT_TRUE(model.Finish(symbol));
+  EXPECT_EQ(model.Size(), places);
+  EXPECT_FALSE(model.IsAmbiguous());
+  EXPECT_TRUE(model.Takes(model.FindPlace(9999), model.FindPlace(9999)));
 }
 
 TEST(ContentModel, RefusesANameInTooManyPlaces) {

@@ -39,6 +39,35 @@ constexpr MistakeCase kMistakes[] = {
      "<attribute type='k' default='x'/></ElementType>",
      "C00CE00F", "bad default of a reference"},
     {"<AttributeType name='k' dt:type='int' default=''/>", "0", "an empty default is none"},
+    {"<AttributeType name='a b' default='x'/><ElementType name='r'><attribute type='a b'/>"
+     "</ElementType>",
+     "C00CE225", "a default that could not be written"},
+    {"<AttributeType name='xmlns' default='x'/><ElementType name='r'><attribute type='xmlns'/>"
+     "</ElementType>",
+     "C00CE225", "a default that would declare a namespace"},
+    {"<AttributeType name='k' required='no' default='a'/><ElementType name='r'>"
+     "<attribute type='k' required='yes'/></ElementType>",
+     "0", "a reference that is required"},
+    {"<AttributeType name='i' dt:type='id'/><ElementType name='a'><attribute type='i' default='x'/>"
+     "</ElementType>",
+     "C00CE225", "a default on a reference to an ID"},
+    {"<ElementType name='a' content='eltOnly' dt:type='int'/>", "C00CE225", "typed and eltOnly"},
+    {"<ElementType name='a' content='empty' dt:type='int'/>", "C00CE225", "typed and empty"},
+    {"<ElementType name='a' content='mixed' order='one'/>", "C00CE225", "mixed with one"},
+    {"<ElementType name='a' content='mixed' order='many'/>", "0", "mixed with many"},
+    {"<ElementType name='b'/><ElementType name='a'><group><element type='b'/></group>"
+     "</ElementType>",
+     "0", "a group without order in mixed content"},
+    {"<ElementType name='b'/><ElementType name='a'><group order='many' maxOccurs='1'>"
+     "<element type='b'/></group></ElementType>",
+     "0", "many once"},
+    {"<ElementType name='b'/><ElementType name='a'><element type='b' maxOccurs='0'/>"
+     "</ElementType>",
+     "0", "maxOccurs 0 counts as 1"},
+    {"<ElementType name='Extends'/>", "0", "a name is any text"},
+    {"<ElementType name='a' Content='mixed'/>", "C00CE225", "names of attributes have a case"},
+    {"<ElementType name='a' content='MIXED'/>", "C00CE225", "keywords have a case"},
+    {"<elementType name='a'/>", "C00CE225", "names of elements have a case"},
     {"<AttributeType name='i' dt:type='id'/><AttributeType name='j' dt:type='id'/>"
      "<ElementType name='a'><attribute type='i'/><attribute type='j'/></ElementType>",
      "C00CE022", "two IDs"},
@@ -164,6 +193,65 @@ TEST(SchemaGroup, FailsWithWhatItRefersTo) {
   EXPECT_FALSE(document.LoadXml("<r xmlns='x-schema:a'/>"));
   EXPECT_EQ(Hex(document.LastError().code), "800C0006");
   EXPECT_EQ(document.LastError().url, "b");
+}
+
+TEST(SchemaGroup, ServesEachNamespaceByItsOwnReading) {
+  Workshop workshop;
+  workshop.schemas.PutBody("a",
+                           "<ElementType name='r' model='closed' content='eltOnly'>"
+                           "<element type='n'/></ElementType><ElementType name='n'/>");
+  workshop.schemas.PutBody("./a", "<ElementType name='n'/>");
+  const dom::Document document = workshop.NewDocument();
+  EXPECT_TRUE(document.LoadXml("<r xmlns='x-schema:a'><n/></r>"));
+  EXPECT_FALSE(document.LoadXml("<r xmlns='x-schema:a'><n xmlns='x-schema:./a'/></r>"));
+  EXPECT_EQ(Hex(document.LastError().code), "C00CE014") << "one file, two namespaces";
+}
+
+// What a prefix means is looked up in no more steps than it has declarations around it.
+TEST(SchemaGroup, ResolvesSixtyThousandPrefixesAmongAsMany) {
+  std::string declarations;
+  std::string references;
+  for (int i = 0; i < 60000; ++i) {
+    const std::string prefix = "p" + std::to_string(i);
+    declarations += " xmlns:" + prefix + "='urn:" + prefix + "'";
+    references += "<element type='" + prefix + ":e'/>";
+  }
+  Workshop workshop;
+  workshop.schemas.Put("s", "<Schema xmlns='urn:schemas-microsoft-com:xml-data'" + declarations +
+                                "><ElementType name='r' content='eltOnly'>" + references +
+                                "</ElementType></Schema>");
+  const dom::Document document = workshop.NewDocument();
+  EXPECT_FALSE(document.LoadXml("<q xmlns='x-schema:s'/>"));
+  EXPECT_EQ(document.LastError().reason, "Reference to undeclared element: 'p0:e'.\r\n");
+}
+
+TEST(SchemaGroup, KnowsWhatAPrefixMeansWhereItStands) {
+  Workshop workshop;
+  workshop.schemas.PutBody("a", "<ElementType name='x'/>");
+  workshop.schemas.PutBody("b", "<ElementType name='y'/>");
+  workshop.schemas.PutBody("s",
+                           "<ElementType xmlns:p='x-schema:a' name='r'><element type='p:x'/>"
+                           "<element xmlns:p='x-schema:b' type='p:y'/><element type='p:x'/>"
+                           "</ElementType><ElementType name='t'><element xmlns:p='x-schema:b' "
+                           "type='p:y'/></ElementType>");
+  const dom::Document document = workshop.NewDocument();
+  EXPECT_TRUE(document.LoadXml("<q xmlns:s='x-schema:s'/>")) << document.LastError().reason;
+  workshop.schemas.PutBody("s",
+                           "<ElementType name='r'><element xmlns:p='x-schema:a' type='p:x'/>"
+                           "<element type='p:x'/></ElementType>");
+  EXPECT_FALSE(document.LoadXml("<q xmlns:s='x-schema:s'/>"));
+  EXPECT_EQ(document.LastError().reason, "Reference to undeclared namespace prefix: 'p'.\r\n");
+}
+
+TEST(SchemaGroup, ReportsOneOfManyForeignAttributes) {
+  std::string attributes;
+  for (int i = 0; i < 100000; ++i) attributes += " a" + std::to_string(i) + "=''";
+  Workshop workshop;
+  workshop.schemas.Put(
+      "s", "<Schema xmlns='urn:schemas-microsoft-com:xml-data'" + attributes + " name='s'/>");
+  const dom::Document document = workshop.NewDocument();
+  EXPECT_FALSE(document.LoadXml("<q xmlns='x-schema:s'/>"));
+  EXPECT_EQ(Hex(document.LastError().code), "C00CE225");
 }
 
 TEST(SchemaGroup, RefusesGroupsThatNestTooDeeply) {

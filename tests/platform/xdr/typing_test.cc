@@ -156,6 +156,43 @@ TEST_F(Typing, UsesAPrefixInScopeAndAvoidsATakenOne) {
   EXPECT_TRUE(Child(0).GetAttribute("dt0:dt"));
 }
 
+TEST_F(Typing, FindsAPrefixForTheTypeAmongTenThousand) {
+  std::string declarations = " xmlns:dt='urn:dt'";
+  for (int i = 0; i < 10000; ++i) {
+    declarations += " xmlns:dt" + std::to_string(i) + "='urn:" + std::to_string(i) + "'";
+  }
+  ASSERT_TRUE(document_.LoadXml("<a" + declarations + "><b/></a>"));
+  SetDataType(Child(0), "int");
+  EXPECT_TRUE(Child(0).GetAttribute("dt10000:dt"));
+}
+
+TEST_F(Typing, HidesAPrefixThatMeansSomethingElseFurtherIn) {
+  ASSERT_TRUE(document_.LoadXml(
+      "<a xmlns:x='urn:schemas-microsoft-com:datatypes'><b xmlns:x='urn:x'/></a>"));
+  SetDataType(Child(0), "int");
+  EXPECT_TRUE(Child(0).GetAttribute("dt:dt"));
+  ASSERT_TRUE(
+      document_.LoadXml("<a xmlns:x='urn:schemas-microsoft-com:datatypes'><b x:other=''/></a>"));
+  SetDataType(Child(0), "int");
+  EXPECT_TRUE(Child(0).GetAttribute("x:dt")) << "an attribute that uses it hides nothing";
+}
+
+TEST_F(Typing, JudgesAnAttributeWithoutPrefixByItsLocalName) {
+  const dom::Node made = document_.CreateNode(dom::NodeType::kAttribute, "k", "x-schema:s");
+  made.SetNodeValue("6");
+  document_.DocumentElement().SetAttributeNode(made);
+  EXPECT_EQ(TypedValue(made), Variant(std::int32_t{6}));
+  EXPECT_EQ(Definition(made).GetAttribute("name"), "k");
+  EXPECT_EQ(Validate(document_).code, 0);
+}
+
+TEST_F(Typing, TrimsAnUntypedTextByThePreservingOfTheMoment) {
+  document_.PreserveWhiteSpace(false);
+  EXPECT_EQ(TypedValue(Child(6)), Variant("v"));
+  SetDataType(Child(6), "string");
+  EXPECT_EQ(TypedValue(Child(6)), Variant(" v ")) << "a string by dt:dt is left alone";
+}
+
 TEST_F(Typing, FindsTheDeclarationOfEveryBoundNode) {
   const dom::Node r = Definition(document_.DocumentElement());
   EXPECT_EQ(r.NodeName(), "ElementType");

@@ -166,6 +166,124 @@ TEST(Validator, GivesEachViolationItsCode) {
 
 constexpr const char* kDt = "xmlns:dt='urn:schemas-microsoft-com:datatypes'";
 
+constexpr const char* kGroupOrder =
+    "<ElementType name='a'/><ElementType name='b'/><ElementType name='c'/>"
+    "<ElementType name='r' order='one' model='closed'><element type='a'/>"
+    "<group><element type='b'/><element type='c'/></group></ElementType>"
+    "<ElementType name='m' content='eltOnly' order='many' model='closed'>"
+    "<group maxOccurs='1'><element type='b'/><element type='c'/></group></ElementType>";
+constexpr const char* kContents =
+    "<ElementType name='a'/>"
+    "<ElementType name='seq' order='seq'><element type='a'/></ElementType>"
+    "<ElementType name='many' order='many' model='closed'><element type='a'/></ElementType>"
+    "<ElementType name='bare'/>"
+    "<ElementType name='open' content='eltOnly'/>"
+    "<ElementType name='shut' content='eltOnly' model='closed'/>"
+    "<ElementType name='text' content='mixed' model='closed'/>"
+    "<ElementType name='loose' content='textOnly'/>"
+    "<ElementType name='tight' content='textOnly' model='closed'/>"
+    "<ElementType name='group' content='eltOnly' model='closed'><group/><element type='a'/>"
+    "</ElementType>";
+constexpr const char* kScopes =
+    "<AttributeType name='k' dt:type='boolean'/><AttributeType name='q' required='yes'/>"
+    "<AttributeType name='unused'/>"
+    "<ElementType name='r'><attribute type='k'/><AttributeType name='k' dt:type='int'/>"
+    "</ElementType><ElementType name='g'><attribute type='k'/></ElementType>"
+    "<ElementType name='n'><attribute type='q' required='no'/></ElementType>"
+    "<ElementType name='y'><attribute type='k' required='yes'/></ElementType>"
+    "<ElementType name='x' dt:type='string' dt:minLength='2'/>";
+constexpr Case kRuleCases[] = {
+    {kGroupOrder, "<r xmlns='x-schema:s'><b/></r>", "0", "a group has the order around it"},
+    {kGroupOrder, "<r xmlns='x-schema:s'><b/><c/></r>", "C00CE014", "so it is a choice"},
+    {kGroupOrder, "<m xmlns='x-schema:s'><c/><b/><c/></m>", "0", "many, whatever maxOccurs says"},
+    {kContents, "<seq xmlns='x-schema:s'>x<a/></seq>", "C00CE018", "seq means eltOnly"},
+    {kContents, "<many xmlns='x-schema:s'>x<a/><a/></many>", "0", "many means mixed"},
+    {kContents, "<bare xmlns='x-schema:s'>x<a/><o xmlns=''/>y</bare>", "0", "a name alone"},
+    {kContents, "<open xmlns='x-schema:s'><a/><o xmlns=''/></open>", "0", "any elements"},
+    {kContents, "<open xmlns='x-schema:s'>x</open>", "C00CE018", "but no text"},
+    {kContents, "<shut xmlns='x-schema:s'> </shut>", "0", "no child"},
+    {kContents, "<shut xmlns='x-schema:s'><a/></shut>", "C00CE014", "none at all"},
+    {kContents, "<text xmlns='x-schema:s'>x</text>", "0", "text"},
+    {kContents, "<text xmlns='x-schema:s'><a/></text>", "C00CE014", "and no element"},
+    {kContents, "<group xmlns='x-schema:s'><a/></group>", "0", "an empty group matches nothing"},
+    {kContents, "<loose xmlns='x-schema:s' xmlns:o='urn:o' o:k='1'/>", "0",
+     "foreign attribute, open textOnly"},
+    {kContents, "<tight xmlns='x-schema:s' xmlns:o='urn:o' o:k='1'/>", "C00CE015",
+     "foreign attribute, closed textOnly"},
+    {kContents, "<loose xmlns='x-schema:s' xmlns:p='x-schema:s' p:k='1'/>", "C00CE015",
+     "an attribute that its schema does not declare"},
+    {kContents,
+     "<tight xmlns='x-schema:s' xmlns:dt='urn:schemas-microsoft-com:datatypes' dt:dt='int' "
+     "dt:other='x'>1</tight>",
+     "0", "data type attributes are always allowed"},
+    {kScopes, "<r xmlns='x-schema:s' k='5'/>", "0", "the local declaration first, also behind"},
+    {kScopes, "<g xmlns='x-schema:s' k='5'/>", "C00CE201", "else the global one"},
+    {kScopes, "<g xmlns='x-schema:s' unused='5'/>", "C00CE015", "a declaration alone"},
+    {kScopes, "<n xmlns='x-schema:s'/>", "C00CE020", "a reference does not undo required"},
+    {kScopes, "<y xmlns='x-schema:s'/>", "C00CE020", "a reference may require"},
+    {kScopes, "<o xmlns:p='x-schema:s' p:k='x'/>", "0", "attributes of unbound elements"},
+    {kScopes, "<x xmlns='x-schema:s'>a</x>", "C00CE201", "too short, of an element"},
+    {"", "<r xmlns:dt='urn:schemas-microsoft-com:datatypes' dt:type='int'>x</r>", "0",
+     "dt:type types no instance"},
+};
+TEST(Validator, KeepsToTheRulesOfDeclarations) {
+  for (const Case& row : kRuleCases) {
+    const dom::ParseError error = ParseAgainst(row.schema, row.content);
+    EXPECT_EQ(Hex(error.code), row.code) << row.why << "\n" << row.content << "\n" << error.reason;
+  }
+}
+
+// A name is looked up once; what it was the last time must not be taken for what it is now.
+constexpr const char* kPlaces =
+    "<AttributeType name='k' dt:type='int'/><AttributeType name='z'/>"
+    "<ElementType name='n' dt:type='int'/><ElementType name='m'/>"
+    "<ElementType name='first' content='eltOnly' model='closed'><attribute type='z'/>"
+    "<attribute type='k'/><element type='n'/><element type='m'/></ElementType>"
+    "<ElementType name='second' content='eltOnly' model='closed'>"
+    "<AttributeType name='k' dt:type='boolean'/><attribute type='k'/>"
+    "<element type='m'/><element type='n' minOccurs='0' maxOccurs='*'/></ElementType>"
+    "<ElementType name='twice' content='eltOnly' model='closed'><element type='n'/>"
+    "<element type='m'/><element type='n'/></ElementType>"
+    "<ElementType name='r' content='eltOnly' order='many' model='closed'>"
+    "<element type='first'/><element type='second'/><element type='twice'/></ElementType>";
+constexpr Case kPlaceCases[] = {
+    {kPlaces,
+     "<r xmlns='x-schema:s'><first k='5'><n/><m/></first><second k='1'><m/><n/><n/></second>"
+     "<first k='6'><n/><m/></first><twice><n/><m/><n/></twice><second><m/></second></r>",
+     "0", "each in its own order"},
+    {kPlaces, "<r xmlns='x-schema:s'><first><n/><m/></first><second><n/></second></r>", "C00CE014",
+     "the order of another element"},
+    {kPlaces, "<r xmlns='x-schema:s'><second><m/><n/></second><first><m/></first></r>", "C00CE014",
+     "the order of another element"},
+    {kPlaces, "<r xmlns='x-schema:s'><first><n/><m/></first><first><n/><n/></first></r>",
+     "C00CE014", "the same element, another order"},
+    {kPlaces, "<r xmlns='x-schema:s'><first><n/><m/></first><twice><n/><n/></twice></r>",
+     "C00CE014", "a name that stands in two places"},
+    {kPlaces, "<r xmlns='x-schema:s'><first k='5'><n/><m/></first><second k='5'><m/></second></r>",
+     "C00CE201", "an attribute of another type"},
+    {kPlaces, "<r xmlns='x-schema:s'><first z='5'><n/><m/></first><second z='5'><m/></second></r>",
+     "C00CE015", "an attribute of another element"},
+    {kPlaces,
+     "<r xmlns='x-schema:s'><first k='5'><n/><m/></first><first k='x'><n/><m/></first></r>",
+     "C00CE201", "the same attribute, another text"},
+    {kPlaces, "<r xmlns='x-schema:s'><first><n>1</n><m/></first><first><n>x</n><m/></first></r>",
+     "C00CE201", "the same element, another text"},
+    {kPlaces, "<r xmlns='x-schema:s'><first><n/><m/></first><first><n/></first></r>", "C00CE012",
+     "the same element, incomplete"},
+    {kPlaces, "<r xmlns='x-schema:s'><first><n/><m/></first><first>x</first></r>", "C00CE018",
+     "the same element, with text"},
+    {kPlaces,
+     "<r xmlns='x-schema:s'><first><n/><m/></first><p:first xmlns:p='x-schema:s'><p:m/></p:first>"
+     "</r>",
+     "C00CE014", "another prefix"},
+};
+TEST(Validator, JudgesANameByItsPlaceEachTime) {
+  for (const Case& row : kPlaceCases) {
+    const dom::ParseError error = ParseAgainst(row.schema, row.content);
+    EXPECT_EQ(Hex(error.code), row.code) << row.why << "\n" << row.content << "\n" << error.reason;
+  }
+}
+
 TEST(Validator, ChecksTextByTheTypeThatAnInstanceGives) {
   const std::string dt = kDt;
   EXPECT_EQ(Hex(ParseAgainst("", "<r " + dt + " dt:dt='int'>12</r>").code), "0");
@@ -221,6 +339,40 @@ TEST(Validator, SaysWhatIsWrongAndWhatWasExpected) {
   for (const ReasonCase& row : kReasons) {
     EXPECT_EQ(ParseAgainst(row.schema, row.instance).reason, row.reason) << row.instance;
   }
+}
+
+TEST(Validator, ReadsTenThousandAttributesOfOneElement) {
+  std::string schema;
+  std::string references;
+  std::string forward;
+  std::string backward;
+  for (int i = 0; i < 10000; ++i) {
+    const std::string name = "k" + std::to_string(i);
+    schema += "<AttributeType name='" + name + "' dt:type='int' required='yes'/>";
+    references += "<attribute type='" + name + "'/>";
+    forward += " " + name + "='1'";
+    backward = " " + name + "='1'" + backward;
+  }
+  schema += "<ElementType name='r'>" + references + "</ElementType>";
+  EXPECT_EQ(ParseAgainst(schema, "<r xmlns='x-schema:s'" + forward + "/>").code, 0);
+  EXPECT_EQ(ParseAgainst(schema, "<r xmlns='x-schema:s'" + backward + "/>").code, 0);
+  const std::string missing = forward.substr(0, forward.rfind(' '));
+  EXPECT_EQ(ParseAgainst(schema, "<r xmlns='x-schema:s'" + missing + "/>").reason,
+            "Required attribute 'k9999' is missing.\r\n");
+}
+
+TEST(Validator, FollowsSixtyFourReadingsOfManyChildren) {
+  std::string model;
+  for (std::uint32_t i = 0; i < ContentModel::kMostPlaces; ++i) {
+    model += "<group><element type='a' minOccurs='0'/></group>";
+  }
+  const std::string schema =
+      "<ElementType name='a' content='empty'/><ElementType name='r' content='eltOnly' "
+      "model='closed'><group maxOccurs='*'>" +
+      model + "</group></ElementType>";
+  std::string children;
+  for (int i = 0; i < 2000; ++i) children += "<a/>";
+  EXPECT_EQ(ParseAgainst(schema, "<r xmlns='x-schema:s'>" + children + "</r>").code, 0);
 }
 
 TEST(Validator, TakesTenThousandDeclarationsAndChildrenInLinearTime) {
