@@ -3,6 +3,7 @@
 
 #include "platform/dom/child_positions.h"
 #include "platform/dom/dom_error.h"
+#include "platform/dom/node_rules.h"
 #include "platform/dom/xml_declaration.h"
 
 namespace kx::dom {
@@ -56,7 +57,9 @@ Node AttributeMap::Remove(const Cursor& attribute) const {
   if (owner_.Type() == NodeType::kProcessingInstruction) {
     RemoveXmlDeclarationAttribute(data, id);
   } else {
+    const NameId name = data.Record(id).name;
     data.RemoveAttribute(id);
+    SupplyDefault(data, owner_.At().Id(), name);
   }
   return removed;
 }

@@ -41,6 +41,8 @@ ParseOptions Document::Options() const {
   options.maxBytes = settings.maxBytes;
   options.maxEntityBytes = settings.maxEntityBytes;
   options.codec = settings.codec;
+  // With a collection of schemas a document type declares entities and nothing else.
+  if (settings.schemas) options.declaredAttributes = DeclaredAttributes::kIgnore;
   return options;
 }
 

@@ -1,6 +1,7 @@
 // The attributes of an element through the element itself. See node.h; the collection is in
 // attribute_map.h.
 #include "platform/dom/attribute_map.h"
+#include "platform/dom/document_impl.h"
 #include "platform/dom/dom_error.h"
 #include "platform/dom/node.h"
 #include "platform/dom/node_rules.h"
@@ -108,8 +109,21 @@ Node Node::RemoveAttributeNode(const Node& attribute) const {
       attribute && attribute.Type() == NodeType::kAttribute && attribute.At().Parent() == element;
   if (!own) RaiseDomArgument(DomCode::kNotItsAttribute);
   CheckChangeable(element);
+  const NameId name = attribute.At().Name();
   data.RemoveAttribute(attribute.At().Id());
+  SupplyDefault(data, id_, name);
   return attribute;
+}
+
+void SupplyDefault(DocumentData& data, NodeId element, NameId name) {
+  const DocumentImpl* const owner = data.Owner();
+  if (owner == nullptr || owner->settings.schemaService == nullptr) return;
+  const auto value = owner->settings.schemaService->FindDefault(data, element, name);
+  if (!value) return;
+  const NodeId attribute = data.NewNode(NodeType::kAttribute, name);
+  data.SetOwnText(attribute, *value);
+  data.Record(attribute).flags |= kDefaulted;
+  data.AppendAttribute(element, attribute);
 }
 
 }  // namespace kx::dom

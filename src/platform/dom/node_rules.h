@@ -68,4 +68,8 @@ void CheckChangeable(const Cursor& at);
 /// any) being taken out: E_FAIL.
 void CheckInsertion(const Cursor& parent, const Cursor& child, const Cursor& replaced);
 
+/// Gives `element`, which has just lost its attribute `name`, the value that a schema declares for
+/// it, if one does.
+void SupplyDefault(DocumentData& data, NodeId element, NameId name);
+
 }  // namespace kx::dom

@@ -28,10 +28,17 @@ enum class UndeclaredEntities : unsigned char {
   kSkipWhereXmlAllows,  ///< nothing (XML 1.0, 4.1, Entity Declared): for conformance runs
 };
 
+/// What the attributes that a document type declares mean.
+enum class DeclaredAttributes : unsigned char {
+  kApply,   ///< their defaults are supplied, their types known
+  kIgnore,  ///< nothing
+};
+
 struct ParseOptions {
   WhiteSpace whiteSpace = WhiteSpace::kPreserve;
   AttributeValues attributeValues = AttributeValues::kAsWritten;
   UndeclaredEntities undeclaredEntities = UndeclaredEntities::kRefuse;
+  DeclaredAttributes declaredAttributes = DeclaredAttributes::kApply;
   std::uint32_t maxDepth = 5000;                        ///< open elements at one time
   std::size_t maxBytes = std::size_t{128} << 20U;       ///< of text
   std::size_t maxEntityBytes = std::size_t{16} << 20U;  ///< that entities may expand to in all

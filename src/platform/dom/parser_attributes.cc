@@ -89,6 +89,7 @@ const char* Parser::ParseAttributes(const char* p, NodeId element, std::uint32_t
 
 const AttributeList* Parser::FindAttributeList(std::uint32_t elementName) const {
   if (dtd_ == nullptr || dtd_->attributes.empty()) return nullptr;
+  if (options_.declaredAttributes == DeclaredAttributes::kIgnore) return nullptr;
   const auto found = dtd_->attributes.find(std::string(names_.QNameText(elementName)));
   return found == dtd_->attributes.end() ? nullptr : &found->second;
 }

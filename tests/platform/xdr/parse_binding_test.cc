@@ -86,6 +86,87 @@ TEST(ParseBinding, SuppliesDefaultsBehindTheWrittenAttributes) {
   EXPECT_EQ(document.Xml(), "<r xmlns=\"x-schema:s\" u=\"1\"><n>2</n></r>\r\n");
 }
 
+TEST(ParseBinding, BringsADefaultBackWhenTheWrittenAttributeIsRemoved) {
+  Workshop workshop;
+  workshop.schemas.PutBody("s", kOrder);
+  const dom::Document document = workshop.NewDocument();
+  ASSERT_TRUE(document.LoadXml("<r xmlns='x-schema:s' k='1' u='2'><n>2</n></r>"));
+  const dom::Node root = document.DocumentElement();
+  EXPECT_TRUE(root.RemoveAttribute("k"));
+  EXPECT_EQ(root.GetAttribute("k"), "7");
+  EXPECT_FALSE(root.GetAttributeNode("k").Specified());
+  EXPECT_TRUE(root.RemoveAttribute("k")) << "a supplied one as well";
+  EXPECT_EQ(root.GetAttribute("k"), "7");
+  root.SetAttribute("k", "3");
+  EXPECT_TRUE(root.GetAttributeNode("k").Specified());
+  const dom::Node written = root.Attributes().RemoveNamedItem("k");
+  EXPECT_EQ(written.NodeValue(), "3") << "what was removed is left as it is";
+  EXPECT_EQ(root.GetAttribute("k"), "7");
+  root.SetAttribute("k", "4");
+  root.RemoveAttributeNode(root.GetAttributeNode("k"));
+  EXPECT_EQ(root.GetAttribute("k"), "7");
+  EXPECT_TRUE(root.Attributes().RemoveQualifiedItem("k", ""));
+  EXPECT_EQ(root.GetAttribute("k"), "7");
+  EXPECT_TRUE(root.RemoveAttribute("u"));
+  EXPECT_FALSE(root.GetAttribute("u")) << "no default";
+  EXPECT_EQ(document.Xml(), "<r xmlns=\"x-schema:s\"><n>2</n></r>\r\n");
+}
+
+TEST(ParseBinding, SuppliesACreatedElementOnlyWithWhatIsRemoved) {
+  Workshop workshop;
+  workshop.schemas.PutBody("s", kOrder);
+  const dom::Document document = workshop.NewDocument();
+  ASSERT_TRUE(document.LoadXml("<r xmlns='x-schema:s'><n>2</n></r>"));
+  const dom::Node made = document.CreateNode(dom::NodeType::kElement, "r", "x-schema:s");
+  EXPECT_FALSE(made.GetAttribute("k"));
+  made.SetAttribute("k", "1");
+  made.RemoveAttribute("k");
+  EXPECT_EQ(made.GetAttribute("k"), "7");
+  const dom::Node other = document.CreateElement("r");
+  other.SetAttribute("k", "1");
+  other.RemoveAttribute("k");
+  EXPECT_FALSE(other.GetAttribute("k")) << "not bound";
+}
+
+TEST(ParseBinding, SuppliesTheDefaultOfTheReferenceFirst) {
+  Workshop workshop;
+  workshop.schemas.PutBody("s",
+                           "<AttributeType name='a' default='type'/>"
+                           "<AttributeType name='b' default='type'/>"
+                           "<AttributeType name='c' default='fixed' required='yes'/>"
+                           "<ElementType name='r'><attribute type='a' default='reference'/>"
+                           "<attribute type='b' default=''/><attribute type='c'/></ElementType>");
+  const dom::Document document = workshop.NewDocument();
+  ASSERT_TRUE(document.LoadXml("<r xmlns='x-schema:s'/>"));
+  EXPECT_EQ(document.DocumentElement().GetAttribute("a"), "reference");
+  EXPECT_EQ(document.DocumentElement().GetAttribute("b"), "type") << "an empty default is none";
+  EXPECT_EQ(document.DocumentElement().GetAttribute("c"), "fixed");
+}
+
+TEST(ParseBinding, WithValidationAloneStillLoadsSchemas) {
+  Workshop workshop;
+  workshop.schemas.PutBody("s", kOrder);
+  const dom::Document document = workshop.NewDocument();
+  document.ResolveExternals(false);
+  EXPECT_FALSE(document.LoadXml("<r xmlns='x-schema:s'><z/></r>"));
+  EXPECT_EQ(Hex(document.LastError().code), "C00CE014");
+}
+
+TEST(ParseBinding, TakesTheFirstOfTwoSchemasOfOneNameInTheDocument) {
+  Workshop workshop;
+  workshop.schemas.PutBody("s", kOrder);
+  const dom::Document document = workshop.NewDocument();
+  const std::string start =
+      "<q><Schema name='i' xmlns='urn:schemas-microsoft-com:xml-data' "
+      "xmlns:dt='urn:schemas-microsoft-com:datatypes'><ElementType name='n' dt:type='";
+  const std::string both = start + "int'/></Schema>" + start.substr(3) + "boolean'/></Schema>";
+  EXPECT_TRUE(document.LoadXml(both + "<n xmlns='x-schema:#i'>5</n></q>"));
+  EXPECT_FALSE(document.LoadXml(both + "<n xmlns='x-schema:s#i'>5</n></q>"));
+  EXPECT_EQ(Hex(document.LastError().code), "800C0006") << "no location with a name";
+  EXPECT_FALSE(document.LoadXml(start + "none'/></Schema></q>"));
+  EXPECT_EQ(Hex(document.LastError().code), "C00CE21C") << "a mistake in it";
+}
+
 TEST(ParseBinding, WithoutValidationStillBindsAndSupplies) {
   Workshop workshop;
   workshop.schemas.PutBody("s", kOrder);

@@ -76,6 +76,36 @@ TEST_F(Collection, ServesANamespaceWithoutOpeningItsLocation) {
   EXPECT_EQ(Hex(document.LastError().code), "C00CE00D");
 }
 
+TEST_F(Collection, LeavesADocumentTypeNothingButItsEntities) {
+  const dom::Document document = workshop_.NewDocument();
+  const char* const text =
+      "<!DOCTYPE n [<!ENTITY e '5'><!ATTLIST n k CDATA 'x'>]><n xmlns='urn:a'>&e;</n>";
+  ASSERT_TRUE(document.LoadXml(text));
+  EXPECT_EQ(document.DocumentElement().GetAttribute("k"), "x");
+  EXPECT_EQ(Validate(document).code, 0) << "a document type counts as a schema";
+  document.EditSettings().schemas = collection_;
+  EXPECT_EQ(Hex(Validate(document).code), "C00CE224") << "but not beside a collection";
+  ASSERT_TRUE(document.LoadXml(text));
+  EXPECT_FALSE(document.DocumentElement().GetAttribute("k"));
+  EXPECT_EQ(document.DocumentElement().Text(), "5");
+  collection_->Add("urn:a", "s");
+  EXPECT_TRUE(document.LoadXml(text)) << document.LastError().reason;
+  EXPECT_EQ(Validate(document).code, 0);
+}
+
+TEST_F(Collection, BringsDefaultsBackForTheNamespacesItServes) {
+  workshop_.schemas.PutBody("d",
+                            "<AttributeType name='k' default='7'/><ElementType name='n'>"
+                            "<attribute type='k'/></ElementType>");
+  collection_->Add("urn:d", "d");
+  const dom::Document document = workshop_.NewDocument();
+  document.EditSettings().schemas = collection_;
+  const dom::Node made = document.CreateNode(dom::NodeType::kElement, "n", "urn:d");
+  made.SetAttribute("k", "1");
+  made.RemoveAttribute("k");
+  EXPECT_EQ(made.GetAttribute("k"), "7");
+}
+
 TEST_F(Collection, CopiesTheEntriesOfAnother) {
   collection_->Add("urn:a", "s");
   const auto other = runtime::MakeCounted<SchemaCollection>(workshop_.schemas);
