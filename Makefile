@@ -87,7 +87,8 @@ check-includes: ## Who includes whom, against the tier table
 	@python3 scripts/check_includes.py
 
 # A merge runs the targets that have come through a long run; check-all runs all of them.
-check: export FUZZ_TARGETS ?= parse_fuzz paths_fuzz settings_fuzz pattern_fuzz
+check: export FUZZ_TARGETS ?= parse_fuzz paths_fuzz settings_fuzz pattern_fuzz schema_fuzz \
+    validate_fuzz
 check: ## What must pass before a merge; ends with the tests
 	@for step in format-check check-includes demo asan fuzz tidy test; do \
 	    printf '\n== %s (after %d s)\n' "$$step" "$$SECONDS"; $(MAKE) "$$step" || exit 1; done
