@@ -459,7 +459,7 @@ TEST(Methods, TellWhatTheNodesAre) {
     const char* number;
     const char* word;
   };
-  constexpr Kind kinds[] = {
+  constexpr Kind kKinds[] = {
       {"/", "#document", "9", "document"},
       {"r", "r", "1", "element"},
       {"r/m/@k", "k", "2", "attribute"},
@@ -469,7 +469,7 @@ TEST(Methods, TellWhatTheNodesAre) {
       {"r/comment()", "#comment", "8", "comment"},
       {"pi()", "xml", "7", "processinginstruction"},
   };
-  for (const Kind& kind : kinds) {
+  for (const Kind& kind : kKinds) {
     const dom::Node node = SelectSingleNode(document.AsNode(), kind.node);
     ASSERT_TRUE(node) << kind.node;
     const auto holds = [&node](const std::string& condition) {

@@ -121,6 +121,7 @@ TEST(SelectNodes, MayBeAskedOfOneFrozenDocumentByEightThreads) {
   }
   std::atomic<int> wrong{0};
   std::vector<std::thread> threads;
+  threads.reserve(8);
   for (int thread = 0; thread < 8; ++thread) {
     threads.emplace_back([&] {
       PatternCache cache;
