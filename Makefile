@@ -36,7 +36,7 @@ demo: ## Builds the example program and runs it on the example message
 	    { cat build-demo.log; rm -f build-demo.log; exit 1; }; mv build-demo.log build/demo/configure.log
 	@cmake --build build/demo --target kx_demo -j $(JOBS) >build/demo/build.log 2>&1 || \
 	    { cat build/demo/build.log; exit 1; }
-	@build/demo/examples/kx_demo examples
+	@build/demo/examples/kx_demo examples build/demo
 
 test: ## Builds build/release and runs every test
 	$(packages) build test

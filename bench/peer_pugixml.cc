@@ -3,6 +3,8 @@
 
 #include <pugixml.hpp>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace kx::bench {
 
@@ -156,8 +158,36 @@ class First : public List {
   std::uint64_t Run(std::size_t text) override { return FirstByte(List::First(text)); }
 };
 
+// The children of the content root by their names, from the first on and over again.
+class Children : public LoadedTask {
+ public:
+  explicit Children(const Workload& workload) : LoadedTask(workload) {
+    for (std::size_t i = 0; i < workload.texts.size(); ++i) {
+      const pugi::xml_node root = Document(i).document_element().first_child();
+      std::vector<std::string>& names = names_.emplace_back();
+      for (const pugi::xml_node child : root.children()) names.emplace_back(child.name());
+      roots_.push_back(root);
+    }
+  }
+  std::uint64_t Run(std::size_t text) override {
+    std::uint64_t found = 0;
+    const std::vector<std::string>& names = names_[text];
+    for (std::size_t i = 0; i < kLookUps; ++i) {
+      found += roots_[text].child(names[i % names.size()].c_str()).empty() ? 0U : 1U;
+    }
+    return found;
+  }
+
+ private:
+  std::vector<pugi::xml_node> roots_;
+  std::vector<std::vector<std::string>> names_;
+};
+
 }  // namespace
 
+std::unique_ptr<Task> PugixmlChildren(const Workload& workload) {
+  return std::make_unique<Children>(workload);
+}
 std::unique_ptr<Task> PugixmlParse(const Workload& workload) {
   return std::make_unique<Parse>(workload);
 }

@@ -4,6 +4,7 @@
 
 #include "contest.h"
 
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -36,6 +37,10 @@ std::unique_ptr<Task> PugixmlList(const Workload& workload, std::string_view sta
                                   std::string_view query);
 std::unique_ptr<Task> PugixmlFirst(const Workload& workload, std::string_view start,
                                    std::string_view query);
+/// How many look-ups one run of a row of single look-ups makes.
+inline constexpr std::size_t kLookUps = 7;
+/// So many children of the content root, looked up by their names.
+std::unique_ptr<Task> PugixmlChildren(const Workload& workload);
 
 /// A load and its validation against the XSD that says the same, compiled before; validation alone;
 /// compiling the XSD.

@@ -1,135 +1,120 @@
-// Reads the example order, asks it a few questions, changes it and prints what became of it.
+// Makes a message of the example schema, fills it, prints it, saves it, loads it again, and shows
+// what happens to a message that breaks its schema.
 //
-//   kx_demo [FOLDER]     FOLDER holds order.xml; the current folder unless given
-//
-// A document that cannot be read ends the program with 1 and a line that says where it is wrong.
-#include "kxmessage/error.h"
-
-#include "platform/dom/attribute_map.h"
-#include "platform/dom/document.h"
-#include "platform/dom/node_list.h"
-
-#include <cstdio>
-#include <exception>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
+//   kx_demo [FOLDER [OUTPUT]]    FOLDER holds order.xdr, OUTPUT is where the message is saved; the
+//                                current folder unless given
+#include <cstdint>
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <kxmessage/kxmessage.h>
 #include <string>
 #include <string_view>
 
 namespace {
 
-using kx::dom::Document;
-using kx::dom::Node;
-using kx::dom::NodeList;
+using kx::KXMessage;
+using kx::KXMsgElement;
 
-std::string ReadBytes(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) throw std::runtime_error("cannot open " + path);
-  return {std::istreambuf_iterator<char>(stream), {}};
+// The whole path of a folder, with its closing slash, as bases are.
+std::string Folder(const std::string& name) {
+  std::string path = std::filesystem::absolute(name).lexically_normal().string();
+  if (path.back() != '/') path += '/';
+  return path;
 }
 
-// The reasons of parse errors and of the DOM end with a line end of their own.
-std::string WithoutLineEnd(std::string text) {
-  text.erase(text.find_last_not_of("\r\n") + 1);
-  return text;
+void Fill(const KXMsgElement& order) {
+  const KXMsgElement header = order["Header"];
+  header["Placed"].Value("2024-05-17T09:30:00");
+  header["Customer"].Value("Harbour Lights & Sons");
+  header["Rush"].Value(true);  // the schema says that it is optional: reading it makes it
+  const KXMsgElement courier = order["Delivery"]["Courier"];
+  courier["Street"].Value("12 Quay Road");
+  courier["City"].Value("Wexford");
+  courier["PostCode"].Value("Y35 H2P1");
+  const KXMsgElement item = order["Items"]["Item"];
+  item["Description"].Value("Deck lamp, brass");
+  item["Quantity"].Value(4);
+  item["Price"].Value(kx::Currency{1'295'000});
 }
 
-Document LoadOrder(const std::string& path) {
-  Document document = Document::Create();
-  document.PreserveWhiteSpace(true);
-  if (document.LoadBytes(ReadBytes(path))) return document;
-  const kx::dom::ParseError& error = document.LastError();
-  throw std::runtime_error(path + ":" + std::to_string(error.line) + ":" +
-                           std::to_string(error.linePos) + ": " + WithoutLineEnd(error.reason));
+void PrintTree(const KXMsgElement& element, int depth) {
+  const kx::KXMsgElementInfo info = element.Info();
+  std::cout << std::string(static_cast<std::size_t>(depth) * 2, ' ') << info.Name();
+  if (info.CanHaveValue()) std::cout << " (" << info.DataType() << "): " << element.TextValue();
+  std::cout << "\n";
+  for (const KXMsgElement& child : element) PrintTree(child, depth + 1);
 }
 
-std::string TextOf(const Node& parent, std::string_view name) {
-  const Node found = parent.GetElementsByTagName(name).Item(0);
-  return found ? found.Text() : std::string("-");
-}
-
-std::string AttributeOf(const Node& element, std::string_view name) {
-  return element.GetAttribute(name).value_or("-");
-}
-
-void PrintHeader(const Node& envelope, const Node& order) {
-  std::printf("A message of type %s, made %s\n", AttributeOf(envelope, "msgType").c_str(),
-              AttributeOf(envelope, "timeStamp").c_str());
-  std::printf("  its content: %s in %s\n", order.NodeName().c_str(),
-              order.NamespaceUri().value_or("no namespace").c_str());
-  std::printf("  order %s for %s, status %s\n\n", AttributeOf(order, "number").c_str(),
-              TextOf(order, "Customer").c_str(), AttributeOf(order, "status").c_str());
-}
-
-void PrintItems(const Node& order) {
-  const NodeList items = order.GetElementsByTagName("Item");
-  std::printf("%d items\n", static_cast<int>(items.Length()));
-  for (std::int32_t i = 0; i < items.Length(); ++i) {
-    const Node item = items.Item(i);
-    std::printf("  %-8s %4s %-6s %9s  %s\n", AttributeOf(item, "sku").c_str(),
-                TextOf(item, "Quantity").c_str(), AttributeOf(item, "unit").c_str(),
-                TextOf(item, "Price").c_str(), TextOf(item, "Description").c_str());
+void PrintAllowed(const KXMsgElement& element) {
+  std::cout << "An " << element.Info().Name() << " may hold";
+  const char* separator = " ";
+  for (const kx::KXMsgElementInfo& child : element.KnownValidChildren()) {
+    std::cout << separator << child.Name();
+    separator = ", ";
+    if (child.MaxOccurrences() == -1) std::cout << " (any number)";
   }
+  std::cout << ".\n";
 }
 
-Node FindItem(const Node& order, std::string_view sku) {
-  NodeList items = order.GetElementsByTagName("Item");
-  while (Node item = items.NextNode()) {
-    if (AttributeOf(item, "sku") == sku) return item;
-  }
-  return {};
-}
-
-void Confirm(const Document& document, const Node& order) {
-  order.SetAttribute("status", "confirmed");
-  const Node item = FindItem(order, "BLB-007");
-  if (!item) throw std::runtime_error("the order has no item BLB-007");
-  const std::string space = item.NamespaceUri().value_or("");
-  const Node note = document.CreateNode(kx::dom::NodeType::kElement, "Note", space);
-  note.SetText("Packed < 2 kg & labelled");
-  item.AppendChild(note);
-  std::printf("\nConfirmed; the item of the new note is now\n\n%s\n", item.Xml().c_str());
-}
-
-// A mistake is answered, not suffered: the failure carries number, source and text.
-void ShowRefusals(const Document& document, const Node& order) {
-  std::printf("\nRefused, with nothing changed:\n");
+// A mistake is answered, not suffered: the failure carries number, text and place.
+void ShowRefusals(const KXMessage& message, const kx::Options& options) {
+  const auto show = [](const kx::Error& error) {
+    std::cout << "  0x" << std::hex << std::setw(8) << std::setfill('0')
+              << static_cast<std::uint32_t>(error.Number()) << std::dec << " "
+              << error.Description().substr(0, 90) << "\n";
+  };
   try {
-    order.AppendChild(document.AsNode());
+    message.RootElement()["Items"]["Item"]["Quantity"].Value("a few");
   } catch (const kx::Error& error) {
-    std::printf("  a document as a child: 0x%08X %s\n", static_cast<unsigned>(error.Number()),
-                WithoutLineEnd(error.Description()).c_str());
+    show(error);
   }
-  const Document broken = Document::Create();
-  if (!broken.LoadXml("<Order>\n  <Item></item>\n</Order>")) {
-    const kx::dom::ParseError& error = broken.LastError();
-    std::printf("  a text with a wrong end tag: line %d, position %d: %s\n", error.line,
-                error.linePos, WithoutLineEnd(error.reason).c_str());
+  try {
+    std::string text = message.XML();
+    text.replace(text.find("<Quantity>4"), 11, "<Quantity>x");
+    KXMessage(options).LoadMessageFromString(text);
+  } catch (const kx::ParseError& error) {
+    show(error);
+    std::cout << "  in line " << error.Line() << "\n";
   }
 }
 
-void Run(const std::string& folder) {
-  const Document document = LoadOrder(folder + "/order.xml");
-  const Node envelope = document.DocumentElement();
-  const Node order = envelope.GetElementsByTagName("Order").Item(0);
-  if (!order) throw std::runtime_error("the message holds no Order");
-  PrintHeader(envelope, order);
-  PrintItems(order);
-  Confirm(document, order);
-  ShowRefusals(document, order);
+void Run(const std::string& schemas, const std::string& output) {
+  kx::Options options = kx::Options::OfProcess();
+  options.schemaBase = schemas;
+  options.messageBase = output;
+
+  const KXMessage message(options);
+  message.InitMessage("order.xdr");
+  const KXMsgElement order = message.RootElement();
+  Fill(order);
+  std::cout << "A new message of type " << message.MsgType() << ", version " << message.Version()
+            << "\n";
+  PrintTree(order, 1);
+  PrintAllowed(order["Items"]["Item"]);
+  std::cout << "\nIts text without the header:\n" << order.XML() << "\n";
+
+  message.SaveMessage("demo-order");
+  const KXMessage loaded(options);
+  loaded.LoadMessage("demo-order");
+  std::cout << "\nSaved and loaded again, it is "
+            << (loaded.XML() == message.XML() ? "the same" : "another") << ".\n";
+  std::cout << "Items of more than 3: "
+            << loaded.RootElement().FindElements("Items/Item[Quantity > 3]").Count() << "\n";
+
+  std::cout << "\nRefused:\n";
+  ShowRefusals(loaded, options);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    Run(argc > 1 ? argv[1] : ".");
+    const std::string schemas = Folder(argc > 1 ? argv[1] : ".");
+    Run(schemas, argc > 2 ? Folder(argv[2]) : schemas);
     return 0;
   } catch (const kx::Error& error) {
-    std::fprintf(stderr, "kx_demo: %s\n", error.Description().c_str());
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "kx_demo: %s\n", error.what());
+    std::cerr << "kx_demo: " << error.Description() << "\n";
   }
   return 1;
 }

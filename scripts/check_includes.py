@@ -52,8 +52,13 @@ VALUE_HEADERS = {
     "include/kxmessage/options.h",
 }
 
-# The published numbers of the library's own errors: for the object model, its ground included.
-ERROR_CODES = "include/kxmessage/error_codes.h"
+# The published numbers of the library's own errors, the errors of loading, and what every handle
+# is: for the object model, its ground included.
+OBJECT_MODEL_HEADERS = {
+    "include/kxmessage/error_codes.h",
+    "include/kxmessage/parse_error.h",
+    "include/kxmessage/handle.h",
+}
 
 # The headers of the operating system and of other libraries, and the folders that own them.
 FOREIGN = [
@@ -157,7 +162,7 @@ def may_include(path, target):
     source_area, target_area = area_of(path), area_of(target)
     if target_area in visible_from(source_area):
         return True
-    if target == ERROR_CODES:
+    if target in OBJECT_MODEL_HEADERS:
         return not source_area.startswith("platform/")
     return (
         path.endswith(".cc")

@@ -16,7 +16,7 @@ namespace kx {
 
 /// A message. A new one is empty: it is filled by one of InitMessage, InitMessageFromString,
 /// LoadMessage, LoadMessageFromString and LoadMessageFromElement, or is the clone of another.
-/// Properties of the header, RootElement and XML raise kxMsgErrorNotInitialized before that.
+/// Properties of the header, and XML, raise kxMsgErrorNotInitialized before that.
 ///
 /// A location is a file name or path, relative ones completed against SchemaPath or MsgPath with
 /// ".xml" where they have no extension, or a URL (file, http, https). For one thread at a time.
@@ -61,7 +61,7 @@ class KX_EXPORT KXMessage : public Handle {
 
   // Content --------------------------------------------------------------------------------------
 
-  /// The content root.
+  /// The content root; nothing while the message is empty. The same object each time.
   [[nodiscard]] KXMsgElement RootElement() const;
   /// The text of the message, UTF-8: a declaration with Encoding, and the envelope with its
   /// schemas in the form that does not depend on where they lie.

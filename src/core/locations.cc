@@ -62,8 +62,15 @@ std::string Locations::GetSystemDrive() const {
 }
 
 std::string Locations::ResolveSchemaLocation(std::string_view location) const {
-  return ResolveLocation(kSchemaPathSetting, location,
-                         GetSystemDrive() + ":\\Program Files\\Halcyra\\KXMessageSchemas\\");
+  return ResolveLocation(kSchemaPathSetting, location, DefaultSchemaBase());
+}
+
+std::string Locations::SchemaBase() const {
+  return settings_.Read(kSchemaPathSetting, DefaultSchemaBase());
+}
+
+std::string Locations::DefaultSchemaBase() const {
+  return GetSystemDrive() + ":\\Program Files\\Halcyra\\KXMessageSchemas\\";
 }
 
 std::string Locations::ResolveMessageLocation(std::string_view location) const {

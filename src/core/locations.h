@@ -41,6 +41,10 @@ class Locations {
   [[nodiscard]] std::string ResolveSchemaLocation(std::string_view location) const;
   [[nodiscard]] std::string ResolveMessageLocation(std::string_view location) const;
 
+  /// The schema base as it is stored, or its default; nothing is stored. Raises: HostError of the
+  /// settings store.
+  [[nodiscard]] std::string SchemaBase() const;
+
   /// `location` with ".xml" where it has no extension, and completed against the base stored under
   /// `settingName` (`defaultBase` when nothing is stored there) when it is a relative path. The
   /// base, ended by its separator, is then stored again.
@@ -58,6 +62,7 @@ class Locations {
   [[nodiscard]] std::string GetLocationFileName(std::string_view path) const;
 
  private:
+  [[nodiscard]] std::string DefaultSchemaBase() const;
   [[nodiscard]] bool IsNative(std::string_view location) const;
   [[nodiscard]] std::string CompleteExtension(std::string_view location) const;
   [[nodiscard]] std::string JoinToUrl(std::string& base, const std::string& location) const;

@@ -2,6 +2,7 @@
 #include "core/load_error.h"
 
 #include "kxmessage/error_codes.h"
+#include "kxmessage/parse_error.h"
 
 #include "platform/runtime/error.h"
 
@@ -41,6 +42,25 @@ TEST(LoadError, AFailureWithoutPlaceHasZeros) {
   EXPECT_EQ(Raised(kxMsgErrorLoadingXML, error),
             "Error loading XML document: Error -2146697210, The system cannot locate the object "
             "specified.\r\n  Line 0, Pos 0, Source:");
+}
+
+TEST(LoadError, TellsToolsTheFiveValuesOneByOne) {
+  dom::ParseError parse;
+  parse.code = -5;
+  parse.reason = "bad";
+  parse.line = 2;
+  parse.linePos = 7;
+  parse.srcText = "x";
+  try {
+    RaiseLoadError(kxMsgErrorLoadingXML, parse);
+  } catch (const ParseError& error) {
+    EXPECT_EQ(error.Code(), -5);
+    EXPECT_EQ(error.Reason(), "bad");
+    EXPECT_EQ(error.Line(), 2);
+    EXPECT_EQ(error.LinePosition(), 7);
+    EXPECT_EQ(error.SourceText(), "x");
+  }
+  EXPECT_THROW(RaiseLoadError(kxMsgErrorLoadingSchema, parse), ParseError);
 }
 
 }  // namespace

@@ -63,6 +63,61 @@ NodeId FindByPlace(const DocumentData& data, ListId list, ChildPositions::Place&
   return place.node;
 }
 
+std::uint32_t CountFrom(Cursor element) {
+  std::uint32_t count = 0;
+  for (; element; element = element.NextElement()) ++count;
+  return count;
+}
+
+Cursor PreviousElement(Cursor at) {
+  do {
+    at = at.Previous();
+  } while (at && !at.IsElement());
+  return at;
+}
+
+// What is known of the elements below `parent`; null when they are few or the content is frozen.
+ChildPositions::ElementPlace* PlaceOfElements(DocumentData& data, NodeId parent,
+                                              std::uint32_t& count) {
+  ChildPositions* positions = data.Positions();
+  if (positions != nullptr) {
+    if (ChildPositions::ElementPlace* place = positions->FindElements(parent)) return place;
+  }
+  const Cursor first = Cursor(&data, parent).FirstChildElement();
+  count = CountFrom(first);
+  if (positions == nullptr || count <= ChildPositions::kShortList) return nullptr;
+  return &positions->RememberElements(parent, {count, 0, first.Id()});
+}
+
+void FillTable(const DocumentData& data, NodeId parent, ChildPositions::ElementPlace& place) {
+  place.table.clear();
+  place.table.reserve(place.length);
+  Cursor at = Cursor(&data, parent).FirstChildElement();
+  for (; at; at = at.NextElement()) place.table.push_back(at.Id());
+}
+
+NodeId FindByPlace(const DocumentData& data, NodeId parent, ChildPositions::ElementPlace& place,
+                   std::uint32_t index) {
+  if (index >= place.length) return kNoNode;
+  if (!place.table.empty()) return place.table[index];
+  Cursor at(&data, place.node);
+  std::int64_t steps = static_cast<std::int64_t>(index) - place.index;
+  if (!at || -steps > static_cast<std::int64_t>(index)) {
+    at = Cursor(&data, parent).FirstChildElement();
+    steps = index;
+  }
+  place.walked += static_cast<std::uint64_t>(steps < 0 ? -steps : steps) / 2;
+  if (place.walked > place.length) {
+    FillTable(data, parent, place);
+    return place.table[index];
+  }
+  for (; steps > 0; --steps) at = at.NextElement();
+  for (; steps < 0; ++steps) at = PreviousElement(at);
+  place.node = at.Id();
+  place.index = index;
+  return place.node;
+}
+
 }  // namespace
 
 std::uint32_t CountItems(DocumentData& data, ListId list) {
@@ -82,6 +137,74 @@ NodeId FindItem(DocumentData& data, ListId list, std::uint32_t index) {
   ChildPositions::Place* place = PlaceOf(data, list, count);
   if (place != nullptr) return FindByPlace(data, list, *place, index);
   return index < count ? Step(FirstOf(data, list), index).Id() : kNoNode;
+}
+
+std::uint32_t CountElements(DocumentData& data, NodeId parent) {
+  std::uint32_t count = 0;
+  const ChildPositions::ElementPlace* place = PlaceOfElements(data, parent, count);
+  return place != nullptr ? place->length : count;
+}
+
+NodeId FindElement(DocumentData& data, NodeId parent, std::uint32_t index) {
+  if (ChildPositions* positions = data.Positions()) {
+    if (ChildPositions::ElementPlace* place = positions->FindElements(parent)) {
+      return FindByPlace(data, parent, *place, index);
+    }
+  }
+  // The beginning is found by walking, whatever the length; text may stand between the elements.
+  Cursor at = Cursor(&data, parent).FirstChild();
+  std::uint32_t passed = 0;
+  for (std::uint32_t i = 0; at && i <= 2 * ChildPositions::kShortList; ++i, at = at.Next()) {
+    if (at.IsElement() && passed++ == index) return at.Id();
+  }
+  if (!at) return kNoNode;
+  std::uint32_t count = 0;
+  if (ChildPositions::ElementPlace* place = PlaceOfElements(data, parent, count)) {
+    return FindByPlace(data, parent, *place, index);
+  }
+  ChildPositions::ElementPlace once{{count, 0, kNoNode}, 0, {}};
+  return FindByPlace(data, parent, once, index);
+}
+
+void ChildPositions::NoteElementInserted(NodeId parent, NodeId item, NodeId before, bool atFirst) {
+  ElementPlace* place = FindElements(parent);
+  if (place == nullptr) return;
+  ++place->length;
+  if (before == kNoNode) {
+    if (!place->table.empty()) place->table.push_back(item);
+    return;
+  }
+  if (!place->table.empty()) place->walked = 0;
+  place->table.clear();
+  if (place->node == kNoNode) return;
+  if (atFirst || before == place->node) {
+    ++place->index;
+  } else {
+    place->node = kNoNode;
+  }
+}
+
+void ChildPositions::NoteElementRemoved(NodeId parent, NodeId item, NodeId previous,
+                                        NodeId next) noexcept {
+  ElementPlace* place = FindElements(parent);
+  if (place == nullptr) return;
+  --place->length;
+  if (!place->table.empty()) {
+    if (place->table.back() == item) {
+      place->table.pop_back();
+    } else {
+      place->table.clear();
+      place->walked = 0;
+    }
+  }
+  if (place->node == kNoNode) return;
+  if (item == place->node) {
+    place->node = kNoNode;
+  } else if (previous == kNoNode) {
+    --place->index;
+  } else if (next != kNoNode) {
+    place->node = kNoNode;
+  }
 }
 
 void ChildPositions::NoteInserted(ListId list, NodeId before, bool atFirst) noexcept {

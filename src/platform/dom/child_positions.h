@@ -1,6 +1,6 @@
-// Positions in long lists of children and attributes, so that a walk by index is as cheap as a walk
-// by links: the place of the last item asked for, and the length, are remembered with the document
-// and follow its edits. Short lists are simply walked.
+// Positions in long lists of children, child elements and attributes, so that a walk by index is as
+// cheap as a walk by links: the place of the last item asked for, and the length, are remembered
+// with the document and follow its edits. Short lists are simply walked.
 //
 // Invariants:
 //   - Only lists longer than kShortList are remembered, so the memory is bounded by the document.
@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <unordered_map>
+#include <vector>
 
 namespace kx::dom {
 
@@ -26,6 +27,10 @@ constexpr ListId AttributesOf(NodeId element) { return element | kInlineTextBit;
 /// The item number `index`, from 0, or kNoNode outside. May be the identifier of an inline text.
 [[nodiscard]] NodeId FindItem(DocumentData& data, ListId list, std::uint32_t index);
 
+/// The same for the elements among the children of a node.
+[[nodiscard]] std::uint32_t CountElements(DocumentData& data, NodeId parent);
+[[nodiscard]] NodeId FindElement(DocumentData& data, NodeId parent, std::uint32_t index);
+
 class ChildPositions {
  public:
   static constexpr std::uint32_t kShortList = 32;
@@ -34,6 +39,12 @@ class ChildPositions {
     std::uint32_t length;
     std::uint32_t index;
     NodeId node;  ///< at `index`; kNoNode while no place is known
+  };
+  /// What is known of the elements of a long list. Positions that are asked for here and there are
+  /// walked to until the walks have cost as much as a table of all of them does.
+  struct ElementPlace : Place {
+    std::uint64_t walked = 0;   ///< since the last edit that was not an appending
+    std::vector<NodeId> table;  ///< all elements, or empty
   };
 
   /// What is known of a list, or null.
@@ -44,22 +55,36 @@ class ChildPositions {
   Place& Remember(ListId list, const Place& place) {
     return places_.insert_or_assign(list, place).first->second;
   }
+  [[nodiscard]] ElementPlace* FindElements(NodeId parent) noexcept {
+    const auto found = elements_.find(parent);
+    return found == elements_.end() ? nullptr : &found->second;
+  }
+  ElementPlace& RememberElements(NodeId parent, const Place& place) {
+    return elements_.insert_or_assign(parent, ElementPlace{place, 0, {}}).first->second;
+  }
 
   /// An item was linked in front of `before`, which was the first one when `atFirst`.
   void NoteInserted(ListId list, NodeId before, bool atFirst) noexcept;
   /// `item`, between `previous` and `next`, leaves.
   void NoteRemoved(ListId list, NodeId item, NodeId previous, NodeId next) noexcept;
+  /// The same for an element among the children of `parent`, by its neighbours of any kind.
+  void NoteElementInserted(NodeId parent, NodeId item, NodeId before, bool atFirst);
+  void NoteElementRemoved(NodeId parent, NodeId item, NodeId previous, NodeId next) noexcept;
   /// All of a node's lists are gone or new.
   void Forget(NodeId id) noexcept {
-    if (places_.empty()) return;
-    places_.erase(ChildrenOf(id));
+    if (Empty()) return;
+    ForgetChildren(id);
     places_.erase(AttributesOf(id));
   }
-  void ForgetList(ListId list) noexcept { places_.erase(list); }
-  [[nodiscard]] bool Empty() const noexcept { return places_.empty(); }
+  void ForgetChildren(NodeId id) noexcept {
+    places_.erase(ChildrenOf(id));
+    elements_.erase(id);
+  }
+  [[nodiscard]] bool Empty() const noexcept { return places_.empty() && elements_.empty(); }
 
  private:
   std::unordered_map<ListId, Place> places_;
+  std::unordered_map<NodeId, ElementPlace> elements_;
 };
 
 }  // namespace kx::dom

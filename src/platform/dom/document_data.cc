@@ -92,7 +92,12 @@ void DocumentData::InsertChild(NodeId parent, NodeId child, NodeId before) {
   NodeRecord& owner = nodes_[parent];
   NodeRecord& record = nodes_[child];
   const NodeId previous = before == kNoNode ? owner.last : nodes_[before].prev;
-  if (positions_) positions_->NoteInserted(ChildrenOf(parent), before, previous == kNoNode);
+  if (positions_) {
+    positions_->NoteInserted(ChildrenOf(parent), before, previous == kNoNode);
+    if (record.type == NodeType::kElement) {
+      positions_->NoteElementInserted(parent, child, before, previous == kNoNode);
+    }
+  }
   record.parent = parent;
   record.prev = previous;
   record.next = before;
@@ -107,6 +112,9 @@ void DocumentData::RemoveChild(NodeId child) {
   NodeRecord& owner = nodes_[record.parent];
   if (positions_) {
     positions_->NoteRemoved(ChildrenOf(record.parent), child, record.prev, record.next);
+    if (record.type == NodeType::kElement) {
+      positions_->NoteElementRemoved(record.parent, child, record.prev, record.next);
+    }
   }
   (record.prev == kNoNode ? owner.first : nodes_[record.prev].next) = record.next;
   (record.next == kNoNode ? owner.last : nodes_[record.next].prev) = record.prev;
@@ -174,7 +182,7 @@ void DocumentData::SetOwnText(NodeId id, std::string_view text) {
   FreeOwnText(record);
   if (!data) {
     ++editVersion_;
-    if (positions_) positions_->ForgetList(ChildrenOf(id));
+    if (positions_) positions_->ForgetChildren(id);
   }
   if (!store) return;
   record.textBegin = begin;
@@ -211,7 +219,7 @@ void DocumentData::RemoveChildren(NodeId id) {
     }
     record.first = record.last = kNoNode;
   }
-  if (positions_) positions_->ForgetList(ChildrenOf(id));
+  if (positions_) positions_->ForgetChildren(id);
   ++editVersion_;
 }
 

@@ -46,6 +46,12 @@ std::string InputFile::LineInput() {
   return std::string(line);
 }
 
+std::string InputFile::RestOfLines() {
+  const std::size_t from = std::min(offset_, bytes_.size());
+  offset_ = bytes_.size();
+  return JoinLines(std::string_view(bytes_).substr(from));
+}
+
 OutputFile::OutputFile(OpenFileEntry entry, ReplacementFile file)
     : entry_(std::move(entry)), file_(std::move(file)) {}
 

@@ -42,6 +42,8 @@ class InputFile {
   [[nodiscard]] bool AtEnd() const noexcept;
   /// Line Input. Raises: HostError 62 at the end of the file.
   [[nodiscard]] std::string LineInput();
+  /// The lines that are left, each followed by CR LF.
+  [[nodiscard]] std::string RestOfLines();
   /// The length of the file in bytes.
   [[nodiscard]] std::int64_t Lof() const noexcept {
     return static_cast<std::int64_t>(bytes_.size());

@@ -84,15 +84,27 @@ SettingsText FileSettingsStore::Load(const std::string& path) {
   return *std::move(text);
 }
 
+// The content of the file, read again only when the file is another or was changed.
+const SettingsText& FileSettingsStore::Current() {
+  host::FileInfo info;
+  const bool known = !path_.empty() && host_.Files().Examine(path_, info) == FileStatus::kOk &&
+                     info.kind == host::FileKind::kRegular;
+  if (known && currentIdentity_ == info.identity) return current_;
+  currentIdentity_.reset();
+  current_ = Load(path_);
+  if (known) currentIdentity_ = info.identity;
+  return current_;
+}
+
 std::optional<std::string> FileSettingsStore::Find(std::string_view name) {
   const std::lock_guard<std::mutex> guard(mutex_);
-  return Load(path_).Find(application_, name);
+  return Current().Find(application_, name);
 }
 
 void FileSettingsStore::Write(std::string_view name, std::string_view text) {
   RequireStorable(name, text);
   const std::lock_guard<std::mutex> guard(mutex_);
-  if (Load(path_).Find(application_, name) == text) return;
+  if (Current().Find(application_, name) == text) return;
   if (path_.empty()) RequireOk(FileStatus::kFolderNotFound);
   host::FileSystem& files = host_.Files();
   std::string target;

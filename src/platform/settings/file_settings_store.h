@@ -45,13 +45,17 @@ class FileSettingsStore final : public SettingsStore {
 
  private:
   [[nodiscard]] SettingsText Load(const std::string& path);
+  [[nodiscard]] const SettingsText& Current();
   void WriteLocked(const std::string& target, std::string_view name, std::string_view text);
   void RequireOk(host::FileStatus status) const;
 
   host::Host& host_;
   std::string path_;
-  std::mutex mutex_;  // guards application_
+  std::mutex mutex_;  // guards what follows
   std::string application_;
+  // What was read last, good while the file is still the one that it was.
+  std::optional<host::FileIdentity> currentIdentity_;
+  SettingsText current_;
 };
 
 }  // namespace kx::settings

@@ -182,8 +182,11 @@ constexpr const char* kFolderOption = "Options::schemaFolders";
 SchemaFiles::Target SchemaFiles::Aim(std::string_view location, std::string_view base) const {
   Target target;
   const bool isFree = namedBy_ == NamedBy::kCaller && base.empty();
-  const std::string schemaBase = SchemaBase();
-  if (base.empty()) base = schemaBase;
+  std::string schemaBase;
+  if (base.empty() && !IsHttp(location)) {
+    schemaBase = SchemaBase();
+    base = schemaBase;
+  }
   if (IsHttp(location) || (IsHttp(base) && !paths::PathIsURLA(location))) {
     target.isUrl = true;
     target.name =
@@ -212,7 +215,9 @@ SchemaFiles::Target SchemaFiles::Aim(std::string_view location, std::string_view
   return target;
 }
 
-std::string SchemaFiles::SchemaBase() const { return options_.schemaBase; }
+std::string SchemaFiles::SchemaBase() const {
+  return readSchemaBase_ ? readSchemaBase_() : options_.schemaBase;
+}
 
 bool SchemaFiles::MayReachUrl(const std::string& url, std::string_view base) const {
   const auto& prefixes = options_.allowedPrefixes;
@@ -244,7 +249,12 @@ bool SchemaFiles::MayShowText(const Target& target, const std::string& path,
   const std::string folder = FolderOf(base);
   // A document without a folder lies in the current one; a text lies nowhere.
   if (!base.empty() && folder.empty() && FolderOf(path).empty()) return true;
-  return LiesIn(path, folder) || LiesIn(path, SchemaBase());
+  return IsWithin(path, folder) || IsWithin(path, SchemaBase());
+}
+
+// The folder may be named by a drive, the file is named as the host names it.
+bool SchemaFiles::IsWithin(const std::string& path, const std::string& folder) const {
+  return LiesIn(path, folder) || LiesIn(path, host::Files(host_, drives_).Find(folder).path);
 }
 
 bool SchemaFiles::MayShowUrlText(const Target& target, const std::string& url,

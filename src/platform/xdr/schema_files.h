@@ -16,8 +16,10 @@
 #include "platform/xdr/schema_group.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kx::xdr {
 
@@ -37,6 +39,8 @@ class SchemaFiles final : public SchemaSource {
         options_(std::move(options)),
         fetcher_(fetcher),
         namedBy_(namedBy) {}
+  /// Makes the schema base what `read` gives at each use, in the place of that of the options.
+  void ReadSchemaBaseBy(std::function<std::string()> read) { readSchemaBase_ = std::move(read); }
 
   [[nodiscard]] SchemaText Read(std::string_view location, std::string_view base) const override;
   [[nodiscard]] SchemaPlace Identify(std::string_view location,
@@ -61,6 +65,7 @@ class SchemaFiles final : public SchemaSource {
   [[nodiscard]] SchemaText ReadUrl(const Target& target, std::string_view base,
                                    const std::string& stamp) const;
   [[nodiscard]] bool IsWithinFolders(const std::string& path) const;
+  [[nodiscard]] bool IsWithin(const std::string& path, const std::string& folder) const;
   [[nodiscard]] bool MayShowText(const Target& target, const std::string& path,
                                  std::string_view base) const;
   [[nodiscard]] bool MayShowUrlText(const Target& target, const std::string& url,
@@ -71,6 +76,7 @@ class SchemaFiles final : public SchemaSource {
   Options options_;
   const host::UrlFetcher* fetcher_;
   NamedBy namedBy_;
+  std::function<std::string()> readSchemaBase_;
 };
 
 }  // namespace kx::xdr

@@ -64,6 +64,53 @@ TEST(ChildPositions, AreForgottenWithTheirNode) {
   EXPECT_TRUE(document.Data().Positions()->Empty());
 }
 
+TEST(ChildPositions, OfElementsPassOverOtherNodesAndAreRememberedForLongListsOnly) {
+  for (const int count : {0, 1, 32, 33, 200}) {
+    std::string xml = "<a>";
+    for (int i = 0; i < count; ++i) xml += " <!--x--><c/> ";
+    const Document document = Parsed(xml + "</a>");
+    DocumentData& data = document.Data();
+    const NodeId root = data.DocumentElement();
+    EXPECT_EQ(CountElements(data, root), static_cast<std::uint32_t>(count));
+    EXPECT_EQ(data.Positions()->FindElements(root) != nullptr, count > 32) << count;
+    std::uint32_t index = 0;
+    for (Cursor at = document.Root().FirstChildElement(); at; at = at.NextElement()) {
+      EXPECT_EQ(FindElement(data, root, index++), at.Id());
+    }
+    EXPECT_EQ(FindElement(data, root, index), kNoNode);
+  }
+}
+
+TEST(ChildPositions, OfElementsAgreeWithTheLinksAfterEveryEdit) {
+  std::mt19937 random(11);
+  const Document document = WithItems(60);
+  DocumentData& data = document.Data();
+  const Node root = document.DocumentElement();
+  for (int step = 0; step < 5000; ++step) {
+    const std::vector<NodeId> ids = Walked(data, ChildrenOf(root.At().Id()));
+    const std::size_t at = random() % (ids.size() + 1);
+    const NodeId before = at == ids.size() ? kNoNode : ids[at];
+    if (before != kNoNode && ids.size() > 50 && random() % 2 == 0) {
+      data.RemoveChild(before);
+    } else {
+      const Node added =
+          random() % 3 == 0 ? document.CreateComment("x") : document.CreateElement("x");
+      data.InsertChild(root.At().Id(), added.At().Id(), before);
+    }
+    std::vector<NodeId> elements;
+    for (Cursor e = root.At().FirstChildElement(); e; e = e.NextElement()) {
+      elements.push_back(e.Id());
+    }
+    ASSERT_EQ(CountElements(data, root.At().Id()), elements.size()) << "step " << step;
+    for (int i = 0; i < 3; ++i) {
+      const auto index = static_cast<std::uint32_t>(random() % (elements.size() + 3));
+      ASSERT_EQ(FindElement(data, root.At().Id(), index),
+                index < elements.size() ? elements[index] : kNoNode)
+          << "step " << step << " element " << index;
+    }
+  }
+}
+
 // Removes or inserts at a place that is often near the last one asked for.
 void EditAtRandom(const Document& document, ListId list, std::mt19937& random) {
   DocumentData& data = document.Data();

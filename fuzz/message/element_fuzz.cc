@@ -1,0 +1,128 @@
+// A sequence of readings and settings on a message, one for every few bytes. Whatever was done, the
+// message's text is read again as the same tree, and with validation it is judged as the message
+// itself is.
+#include "kxmessage/element.h"
+#include "kxmessage/error.h"
+#include "kxmessage/found_elements.h"
+#include "kxmessage/message.h"
+
+#include "core/handle_access.h"
+#include "core/message/message_impl.h"
+#include "core/text_form.h"
+#include "message_world.h"
+#include "platform/xdr/typing.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using namespace kx;
+
+constexpr std::array<const char*, 12> kNames = {"Item", "Qty",  "Price",  "Day",
+                                                "Data", "Note", "Remark", "Item/Qty",
+                                                "*",    "..",   "Nobody", "//Note"};
+
+/// The bytes that are left.
+class Script {
+ public:
+  Script(const std::uint8_t* bytes, std::size_t size) : bytes_(bytes), end_(bytes + size) {}
+  [[nodiscard]] bool AtEnd() const { return bytes_ == end_; }
+  std::uint8_t Byte() { return AtEnd() ? 0 : *bytes_++; }
+  std::string Text() {
+    std::string text;
+    for (std::uint8_t left = Byte() % 12; left > 0 && !AtEnd(); --left) {
+      text += static_cast<char>(Byte() & 0x7FU);
+    }
+    return text;
+  }
+
+ private:
+  const std::uint8_t* bytes_;
+  const std::uint8_t* end_;
+};
+
+Variant ValueOf(Script& script) {
+  switch (script.Byte() % 6) {
+    case 0:
+      return static_cast<std::int32_t>(script.Byte()) - 128;
+    case 1:
+      return script.Byte() / 8.0;
+    case 2:
+      return Date{static_cast<double>(script.Byte()) * 200};
+    case 3:
+      return Variant::Bytes{script.Byte(), script.Byte()};
+    case 4:
+      return (script.Byte() & 1U) != 0;
+    default:
+      return script.Text();
+  }
+}
+
+KXMsgElement Step(const KXMessage& message, const KXMsgElement& at, Script& script) {
+  const char* const name = kNames.at(script.Byte() % kNames.size());
+  switch (script.Byte() % 10) {
+    case 0:
+    case 1:
+      return at.ChildElements(name);
+    case 2:
+      return at.ChildElements(static_cast<std::int32_t>(script.Byte() % 5));
+    case 3:
+      at.Value(ValueOf(script));
+      return at;
+    case 4:
+      static_cast<void>(at.Value());
+      return at;
+    case 5:
+      for (const KXMsgElement& child : at) static_cast<void>(child.Info().Name());
+      return at;
+    case 6:
+      return at.FindElements(name).Element(1);
+    case 7:
+      static_cast<void>(at.KnownValidChildren().Exists(name));
+      static_cast<void>(at.KnownValidChildren().Count());
+      return at;
+    case 8:
+      return at.Parent();
+    default:
+      return message.RootElement();
+  }
+}
+
+// The text of the message's tree, without and with validation.
+void CheckText(const KXMessage& message) {
+  const core::Environment& environment = *fuzz::MessageWorld();
+  const auto& root = HandleAccess::Of<element::ElementImpl>(message.RootElement());
+  const dom::Document document = root.GetElementNode().OwnerDocument();
+  const std::string text = core::LoadMessageText(message.XML(), {}, environment).text;
+  const dom::Document again = environment.NewDomDocument();
+  again.ValidateOnParse(false);
+  if (!again.LoadXml(text)) std::abort();
+  if (again.DocumentElement().Xml() != document.DocumentElement().Xml()) std::abort();
+  again.ValidateOnParse(true);
+  const bool valid = again.LoadXml(text);
+  if (valid != (xdr::Validate(document).code == 0)) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  Script script(bytes, size);
+  const KXMessage message =
+      HandleAccess::Wrap<KXMessage>(runtime::MakeCounted<core::MessageImpl>(fuzz::MessageWorld()));
+  message.InitMessage("order.xdr");
+  KXMsgElement at = message.RootElement();
+  for (int steps = 0; steps < 200 && !script.AtEnd(); ++steps) {
+    try {
+      if (KXMsgElement next = Step(message, at, script)) at = next;
+    } catch (const Error&) {
+      // Refused; what it did before that stays.
+    }
+  }
+  CheckText(message);
+  return 0;
+}

@@ -1,0 +1,28 @@
+// From the library's objects to the handles that callers hold, and back.
+#pragma once
+
+#include "kxmessage/handle.h"
+
+#include "platform/runtime/counted.h"
+#include "platform/runtime/error.h"
+
+namespace kx {
+
+/// The one friend of every handle class.
+class HandleAccess {
+ public:
+  /// A handle of `object`; of nothing when that is nothing.
+  template <typename T, typename Impl>
+  [[nodiscard]] static T Wrap(const runtime::Counted<Impl>& object) {
+    return T(ObjectRef(object.Get()));
+  }
+  /// The object behind a handle, which is one of class `Impl`. Raises: 91 for a handle of nothing.
+  template <typename Impl>
+  [[nodiscard]] static Impl& Of(const Handle& handle) {
+    Object* const object = handle.object_.Get();
+    if (object == nullptr) runtime::RaiseRuntimeError(runtime::kObjectNotSet);
+    return static_cast<Impl&>(*object);
+  }
+};
+
+}  // namespace kx

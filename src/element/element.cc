@@ -1,0 +1,52 @@
+// KXMsgElement: the handle of an ElementImpl.
+#include "kxmessage/element.h"
+
+#include "core/handle_access.h"
+#include "element/element_impl.h"
+#include "schema/valid_elements_impl.h"
+
+namespace kx {
+
+namespace {
+
+element::ElementImpl& Of(const KXMsgElement& element) {
+  return HandleAccess::Of<element::ElementImpl>(element);
+}
+
+}  // namespace
+
+KXMsgElement KXMsgElement::Parent() const {
+  return HandleAccess::Wrap<KXMsgElement>(Of(*this).Parent());
+}
+
+KXMsgElement KXMsgElement::ChildElements(const Variant& Key) const {
+  return HandleAccess::Wrap<KXMsgElement>(Of(*this).LookupChild(Key));
+}
+
+std::int32_t KXMsgElement::Count() const { return Of(*this).Count(); }
+
+bool KXMsgElement::Exists(std::string_view ChildName) const { return Of(*this).Exists(ChildName); }
+
+KXMsgElement::Iterator KXMsgElement::begin() const {
+  return Iterator(core::Enumerate(Of(*this).EnumerationList()));
+}
+
+KXMsgElementInfo KXMsgElement::Info() const {
+  return HandleAccess::Wrap<KXMsgElementInfo>(Of(*this).Info());
+}
+
+KXMsgValidElements KXMsgElement::KnownValidChildren() const {
+  const element::ElementImpl& element = Of(*this);
+  return HandleAccess::Wrap<KXMsgValidElements>(runtime::MakeCounted<schema::ValidElementsImpl>(
+      element.Context(), element.GetElementNode(), element.ElementType()));
+}
+
+Variant KXMsgElement::Value() const { return Of(*this).Value(); }
+
+void KXMsgElement::Value(const Variant& NewValue) const { Of(*this).Value(NewValue); }
+
+std::string KXMsgElement::TextValue() const { return Of(*this).TextValue(); }
+
+std::string KXMsgElement::XML() const { return Of(*this).Xml(); }
+
+}  // namespace kx
