@@ -46,7 +46,7 @@ const runtime::Counted<const core::Environment>& MessageWorld() {
   static const runtime::Counted<const core::Environment> environment = [] {
     auto settings = std::make_unique<settings::MemorySettingsStore>();
     settings->SetApplicationName(settings::kApplicationName);
-    settings->Write("SchemaPath", "C:\\s\\");
+    settings->Write("SchemaPath", "c:\\s\\");  // as new namespaces are written
     settings->Write("MsgPath", "C:\\m\\");
     static_cast<void>(settings::ReplaceProcessSettings(std::move(settings)));
     host.SetEnvironment("KX_DRIVE_C", "/c");
