@@ -23,6 +23,8 @@ namespace kx {
 class KX_EXPORT KXMessage : public Handle {
  public:
   /// A new, empty message with the options of the process.
+  /// Raises: 5 for a code page that is not known, or a variable of the environment that is no
+  /// number.
   KXMessage();
   /// The same with options of its own.
   explicit KXMessage(const Options& options);
@@ -40,23 +42,26 @@ class KX_EXPORT KXMessage : public Handle {
   /// 28 for a type that must contain itself; 7 for a minimum content without end.
   void InitMessage(std::string_view SchemaURL, std::string_view RootElementName = {}) const;
   /// The same from the text of a schema. Note: it is put into a temporary file for the time of the
-  /// call, whose name stays in SchemaFile; 8-bit characters only, by the code page.
+  /// call, whose name stays in SchemaFile; 8-bit characters only, by the code page. Raises: also 75
+  /// and 61 of that file.
   void InitMessageFromString(std::string_view SchemaString,
                              std::string_view RootElementName = {}) const;
   /// Loads a message file. Its bytes are read by the code page, whatever encoding it declares.
-  /// Raises: 53, 75, 76 when it cannot be read; as LoadMessageFromString.
+  /// Raises: 53, 75, 76, 52, 55 when it cannot be read, and 68, 70 for a server that does not give
+  /// it; 7 when it is longer than a document may be; as LoadMessageFromString.
   void LoadMessage(std::string_view MsgURL) const;
   /// Loads a message text: an envelope, an envelope of the former name, or a bare content root.
   /// Raises: kxMsgErrorLoadingXML (a ParseError) for a text that is no document or breaks its
   /// schema; kxMsgErrorNoSchema when it names no schema and DefaultSchemaURL is empty, or names
   /// another kind of namespace; kxMsgErrorInvalidMessage; kxMsgErrorDuplicateSchema,
-  /// kxMsgErrorInvalidSchema.
-  /// Note: after a failure the message has the new document, as far as it got.
+  /// kxMsgErrorInvalidSchema; 91 for a content root that its schema does not declare.
+  /// Note: a failure leaves what was set so far: the new document, after the parse also its header.
   void LoadMessageFromString(std::string_view MsgString) const;
   /// Makes this a copy of the message that `Element` belongs to, with a copy of `Element` as its
   /// content root, a new UniqueID and TimeStamp, and the element's name as MsgType.
+  /// Raises: 91 for nothing and for an element without envelope; kxMsgErrorNoSchema.
   void LoadMessageFromElement(const KXMsgElement& Element) const;
-  /// A copy that shares nothing with this message.
+  /// A copy that shares nothing with this message. Raises: 91 for an empty message.
   [[nodiscard]] KXMessage CloneMessage() const;
 
   // Content --------------------------------------------------------------------------------------
@@ -65,10 +70,11 @@ class KX_EXPORT KXMessage : public Handle {
   [[nodiscard]] KXMsgElement RootElement() const;
   /// The text of the message, UTF-8: a declaration with Encoding, and the envelope with its
   /// schemas in the form that does not depend on where they lie.
+  /// Raises: kxMsgErrorNoSchema for content with a namespace that is no schema.
   [[nodiscard]] std::string XML() const;
   /// Writes XML and a line end to a file, by the code page, whatever Encoding says; a regular file
   /// is replaced as a whole or not at all. `Destination` is a location.
-  /// Raises: 75, 76, 70, 61, 52 of the file; 91 for an empty message.
+  /// Raises: 91 for an empty message; as XML; 75, 76, 70, 61, 57, 55, 52 of the file.
   void SaveMessage(std::string_view Destination) const;
 
   // Locations ------------------------------------------------------------------------------------
@@ -95,6 +101,7 @@ class KX_EXPORT KXMessage : public Handle {
   /// The subsystem that made or wants this message. Raises: as MsgType.
   [[nodiscard]] std::string SubType() const;
   void SubType(std::string_view Value) const;
+  /// The name of the content root unless set; nothing is refused.
   [[nodiscard]] std::string Class() const;
   void Class(std::string_view Value) const;
   /// The encoding that the text of the message declares; "iso-8859-1" unless set.

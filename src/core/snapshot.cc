@@ -30,6 +30,22 @@ class SnapshotEnumeration final : public Enumeration {
 
 }  // namespace
 
+Snapshot::~Snapshot() {
+  thread_local Lists* ending = nullptr;
+  if (ending != nullptr) {
+    ending->splice(ending->end(), items_);
+    return;
+  }
+  Lists line;
+  line.splice(line.end(), items_);
+  ending = &line;
+  while (!line.empty()) {
+    Lists first;
+    first.splice(first.end(), line, line.begin());
+  }
+  ending = nullptr;
+}
+
 ObjectRef Enumerate(SharedSnapshot snapshot) {
   return ObjectRef(new SnapshotEnumeration(std::move(snapshot)));
 }

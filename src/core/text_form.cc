@@ -6,7 +6,6 @@
 #include "core/msg_error.h"
 #include "core/namespace_scan.h"
 #include "platform/dom/document.h"
-#include "platform/runtime/strings.h"
 #include "platform/text/compare.h"
 
 #include <optional>
@@ -155,6 +154,22 @@ dom::Node FindContentRoot(const dom::Document& document) {
   RaiseLoadError(kxMsgErrorLoadingXML, error);
 }
 
+// `xml` without its declarations of the empty namespace.
+std::string WithoutEmptyNamespaces(const std::string& xml) {
+  std::string cleaned;
+  cleaned.reserve(xml.size());
+  std::size_t written = 0;
+  NamespaceScan scan(xml);
+  for (std::size_t name = scan.Next(); name != NamespaceScan::kEnd; name = scan.Next()) {
+    const std::size_t value = name + NamespaceScan::kDeclaration.size();
+    if (xml[value] != '"') continue;
+    const std::size_t begin = WithBlank(xml, name);
+    cleaned.append(xml, written, begin - written);
+    written = value + 1;
+  }
+  return cleaned.append(xml, written);
+}
+
 // A text without any declaration: its content root is given the default schema.
 CanonicalText DeclareDefaultSchema(std::string_view text, std::string_view defaultSchema,
                                    const Environment& environment) {
@@ -168,7 +183,7 @@ CanonicalText DeclareDefaultSchema(std::string_view text, std::string_view defau
   declaration.SetText(kReference);
   root.SetAttributeNode(declaration);
   // The children would otherwise be said to have no namespace, and are to have the root's.
-  return {runtime::Replace(document.Xml(), " xmlns=\"\"", ""),
+  return {WithoutEmptyNamespaces(document.Xml()),
           environment.Locations().ResolveSchemaLocation(defaultSchema)};
 }
 
@@ -186,27 +201,45 @@ std::string RenameFormerEnvelope(std::string_view text) {
   return renamed;
 }
 
+// Completes locations; those of one text are often the same.
+class Completer {
+ public:
+  Completer(std::string_view mainSchemaLocation, const Locations& locations)
+      : mainSchemaLocation_(mainSchemaLocation), locations_(locations) {}
+
+  std::string_view Complete(std::string_view location) {
+    if (location.empty()) return mainSchemaLocation_;
+    if (location != last_) {
+      completed_ = locations_.ResolveSchemaLocation(location);
+      last_ = location;
+    }
+    return completed_;
+  }
+
+ private:
+  std::string_view mainSchemaLocation_;
+  const Locations& locations_;
+  std::string_view last_;
+  std::string completed_;
+};
+
 std::string CompleteDeclarations(std::string_view text, std::string_view mainSchemaLocation,
-                                 const Locations& locations) {
+                                 const Locations& locations, std::size_t mostBytes) {
   NamespaceScan scan(text);
   std::size_t name = scan.Next();
   if (name == NamespaceScan::kEnd) RaiseMsgError(kxMsgErrorNoSchema);
+  Completer completer(mainSchemaLocation, locations);
   std::string expanded;
   expanded.reserve(text.size() + 2 * mainSchemaLocation.size());
   std::size_t written = 0;
-  for (; name != NamespaceScan::kEnd; name = scan.Next()) {
+  for (; name != NamespaceScan::kEnd && expanded.size() <= mostBytes; name = scan.Next()) {
     const std::size_t value = name + NamespaceScan::kDeclaration.size();
     const std::optional<std::size_t> at = LocationOffset(text, value);
     if (!at) continue;
     const std::size_t close = ClosingQuote(text, *at);
-    const std::string_view location = text.substr(*at, close - *at);
     expanded += text.substr(written, value - written);
     expanded += kSchema;
-    if (location.empty()) {
-      expanded += mainSchemaLocation;
-    } else {
-      expanded += locations.ResolveSchemaLocation(location);
-    }
+    expanded += completer.Complete(text.substr(*at, close - *at));
     written = close;
   }
   expanded += text.substr(written);
@@ -233,11 +266,11 @@ CanonicalText CanonicalizeSchemaRefs(std::string_view text, std::string_view def
 }
 
 std::string ExpandSchemaRefs(std::string_view text, std::string_view mainSchemaLocation,
-                             const Locations& locations) {
+                             const Locations& locations, std::size_t mostBytes) {
   if (!text.starts_with(kFormerEnvelope)) {
-    return CompleteDeclarations(text, mainSchemaLocation, locations);
+    return CompleteDeclarations(text, mainSchemaLocation, locations, mostBytes);
   }
-  return CompleteDeclarations(RenameFormerEnvelope(text), mainSchemaLocation, locations);
+  return CompleteDeclarations(RenameFormerEnvelope(text), mainSchemaLocation, locations, mostBytes);
 }
 
 LoadableText LoadMessageText(std::string_view text, std::string_view defaultSchema,

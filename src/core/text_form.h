@@ -11,10 +11,14 @@
 
 #include "core/environment.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace kx::core {
+
+/// No bound on the length of an expanded text.
+inline constexpr std::size_t kNoBound = static_cast<std::size_t>(-1);
 
 /// A text in canonical form, and the location of its main schema.
 struct CanonicalText {
@@ -34,12 +38,14 @@ struct CanonicalText {
                                                    const Environment& environment);
 
 /// Rewrites a canonical text for the DOM: locations completed, the bare marker made the complete
-/// `mainSchemaLocation`, the envelope of the former name "ZDKMessage" renamed.
-/// Raises: kxMsgErrorInvalidMessage for an envelope of the former name without closing tag;
-/// kxMsgErrorNoSchema for a text without declaration, and for one without closing quote.
+/// `mainSchemaLocation`, the envelope of the former name "ZDKMessage" renamed. Beyond `mostBytes`
+/// the rest is left as it is: such a text is refused anyway. Raises: kxMsgErrorInvalidMessage for
+/// an envelope of the former name without closing tag; kxMsgErrorNoSchema for a text without
+/// declaration, and for one without closing quote.
 [[nodiscard]] std::string ExpandSchemaRefs(std::string_view text,
                                            std::string_view mainSchemaLocation,
-                                           const Locations& locations);
+                                           const Locations& locations,
+                                           std::size_t mostBytes = kNoBound);
 
 /// A message text ready for the DOM, and the schema that an envelope without "schemaURL" is given.
 struct LoadableText {

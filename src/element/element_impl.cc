@@ -12,6 +12,7 @@
 #include "platform/xdr/typing.h"
 #include "schema/declarations.h"
 
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -19,9 +20,12 @@ namespace kx::element {
 
 using runtime::Counted;
 
-ElementImpl::ElementImpl(schema::SharedContext context, dom::Node element,
-                         dom::Cursor elementType) noexcept
-    : context_(std::move(context)), node_(std::move(element)), elementType_(elementType) {}
+ElementImpl::ElementImpl(schema::SharedContext context, dom::Node element, dom::Cursor elementType,
+                         xdr::SharedSchema otherSchema) noexcept
+    : context_(std::move(context)),
+      node_(std::move(element)),
+      elementType_(elementType),
+      otherSchema_(std::move(otherSchema)) {}
 
 Counted<ElementImpl> ElementImpl::Wrap(const schema::SharedContext& context,
                                        const dom::Node& element) {
@@ -30,8 +34,12 @@ Counted<ElementImpl> ElementImpl::Wrap(const schema::SharedContext& context,
   }
   const xdr::Binding binding = xdr::FindBinding(element.At());
   if (!binding || binding.isInline) runtime::RaiseRuntimeError(runtime::kObjectNotSet);
-  const dom::Cursor type(&binding.schema->Document().Data(), binding.element->node);
-  return runtime::MakeCounted<ElementImpl>(context, element, type);
+  const dom::Document& schema = binding.schema->Document();
+  const dom::Cursor type(&schema.Data(), binding.element->node);
+  if (schema == context->schemaDocument) {
+    return runtime::MakeCounted<ElementImpl>(context, element, type);
+  }
+  return runtime::MakeCounted<ElementImpl>(context, element, type, binding.schema);
 }
 
 Counted<ElementImpl> ElementImpl::Wrap(const schema::SharedContext& context,
@@ -52,6 +60,10 @@ Counted<ElementImpl> ElementImpl::LookupChild(const Variant& key) const {
   // Deliberate: all nodes are counted, of which only the elements can be had.
   if (!place.IsWithin(node_.ChildNodes().Length())) {
     core::RaiseMsgError(kxMsgErrorNoChild, {key});
+  }
+  // A position between two elements is that of none.
+  if (*place.position != std::floor(*place.position)) {
+    runtime::RaiseRuntimeError(runtime::kObjectNotSet);
   }
   return ChildAt(place.ZeroBased());
 }

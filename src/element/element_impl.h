@@ -28,13 +28,14 @@ class ElementImpl final : public runtime::PlainObject, private runtime::LiveObje
   /// Raises: 91 for nothing, and for a node that has no declaration.
   [[nodiscard]] static runtime::Counted<ElementImpl> Wrap(const schema::SharedContext& context,
                                                           const dom::Node& element);
-  /// The same by a given element type, a node of the schema document.
+  /// The same by a given element type, a node of the context's schema document.
   [[nodiscard]] static runtime::Counted<ElementImpl> Wrap(const schema::SharedContext& context,
                                                           const dom::Node& element,
                                                           const dom::Node& elementType);
 
-  /// `elementType` stays valid while the element's document or the context lives.
-  ElementImpl(schema::SharedContext context, dom::Node element, dom::Cursor elementType) noexcept;
+  /// `otherSchema` keeps `elementType` when that is not of the context's schema document.
+  ElementImpl(schema::SharedContext context, dom::Node element, dom::Cursor elementType,
+              xdr::SharedSchema otherSchema = nullptr) noexcept;
 
   [[nodiscard]] const schema::SharedContext& Context() const noexcept { return context_; }
   [[nodiscard]] const dom::Node& GetElementNode() const noexcept { return node_; }
@@ -69,6 +70,7 @@ class ElementImpl final : public runtime::PlainObject, private runtime::LiveObje
   schema::SharedContext context_;
   dom::Node node_;
   dom::Cursor elementType_;
+  xdr::SharedSchema otherSchema_;
   runtime::Counted<schema::ElementInfoImpl> info_;
   core::SharedSnapshot childSnapshot_;
 };

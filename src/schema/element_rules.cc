@@ -30,7 +30,11 @@ std::int32_t Occurrences(const dom::Node& element, std::string_view attribute) {
   if (!declaration) return 1;
   const std::string text = AttributeText(declaration, attribute, "1");
   if (attribute == "maxOccurs" && text == "*") return -1;
-  return runtime::RoundToInteger(runtime::Val(text));
+  // A number that no integer can hold is as good as none.
+  const double number = runtime::Val(text);
+  return runtime::FindRounded(number).value_or(number < 0
+                                                   ? std::numeric_limits<std::int32_t>::min()
+                                                   : std::numeric_limits<std::int32_t>::max());
 }
 
 }  // namespace

@@ -76,6 +76,11 @@ TEST_F(TextFormTest, TheDefaultSchemaStandsWhereNoDeclarationNamesOne) {
   const CanonicalText bare = Canonical("<O><I/></O>", "d");
   EXPECT_EQ(bare.text, "<O xmlns=\"ref-schema:\"><I/></O>\r\n");
   EXPECT_EQ(bare.mainSchemaFile, "C:\\s\\d.xml");
+  const char* const lookAlike =
+      "<O><I> xmlns=\"\" <!-- xmlns=\"\" --><![CDATA[ xmlns=\"\"]]></I></O>";
+  EXPECT_EQ(Canonical(lookAlike, "d").text,
+            "<O xmlns=\"ref-schema:\"><I> xmlns=\"\" <!-- xmlns=\"\" --><![CDATA[ xmlns=\"\"]]></I>"
+            "</O>\r\n");
   EXPECT_EQ(Canonical("<KXMessage a=\"1\"><O><I/></O></KXMessage>", "d").text,
             "<KXMessage a=\"1\"><O xmlns=\"ref-schema:\"><I/></O></KXMessage>\r\n");
 }
@@ -134,6 +139,14 @@ TEST_F(TextFormTest, ExpandedFormHasCompleteLocations) {
        "<zdkmessage><O xmlns=\"x-schema:C:\\s\\M.xml\"/></zdkmessage>", "in that letter case only"},
   };
   for (const auto& row : rows) EXPECT_EQ(Expanded(row.text), row.expanded) << row.why;
+}
+
+TEST_F(TextFormTest, ExpansionStopsBeyondTheBoundOfADocument) {
+  std::string text = "<O xmlns=\"ref-schema:\">";
+  for (int i = 0; i < 1000; ++i) text += "<I xmlns=\"ref-schema:\"/>";
+  const std::string main(200, 'x');
+  EXPECT_GT(ExpandSchemaRefs(text, main, environment_->Locations()).size(), 200'000U);
+  EXPECT_LT(ExpandSchemaRefs(text, main, environment_->Locations(), 20'000).size(), 50'000U);
 }
 
 TEST_F(TextFormTest, ExpansionRefusesBrokenTexts) {

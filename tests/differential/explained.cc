@@ -54,6 +54,23 @@ bool Mentions(const Comparison& comparison, std::string_view markup) {
   return AsciiOf(comparison.bytes).find(markup) != std::string::npos;
 }
 
+// A document in UTF-16 holds the first half of a character without a second half behind it.
+bool HasLoneFirstHalf(std::string_view bytes) {
+  const bool little = bytes.starts_with("\xFF\xFE");
+  if (!little && !bytes.starts_with("\xFE\xFF")) return false;
+  const auto unit = [&](std::size_t at) {
+    const auto low = static_cast<unsigned char>(bytes[little ? at : at + 1]);
+    const auto high = static_cast<unsigned char>(bytes[little ? at + 1 : at]);
+    return (static_cast<unsigned>(high) << 8U) | low;
+  };
+  for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
+    if ((unit(at) & 0xFC00U) != 0xD800U) continue;
+    if (at + 3 >= bytes.size() || (unit(at + 2) & 0xFC00U) != 0xDC00U) return true;
+    at += 2;
+  }
+  return false;
+}
+
 // The character at a byte of the document is beyond ASCII.
 bool IsWideAt(std::string_view bytes, std::size_t place) {
   if (place >= bytes.size()) return false;
@@ -149,6 +166,10 @@ constexpr Explanation kExplanations[] = {
     {"names of the fifth edition",
      "Expat has the name characters of the fourth edition of XML 1.0; ours are the fifth's",
      ExpatStopsAtWideName},
+    {"first halves in Expat", "Expat takes the first half of a character with whatever follows",
+     [](const Comparison& c) {
+       return c.peer == Peer::kExpat && OnlyOursRefuses(c) && HasLoneFirstHalf(c.bytes);
+     }},
 
     // Where libxml2 departs from the standards.
     {"names of encodings", "libxml2 takes any spelling that the converter of the system takes",

@@ -42,6 +42,9 @@ constexpr KindCase kKindCases[] = {
     {"white space in the XML declaration", Peer::kLibxml,
      "<?xml version='1.0' encoding='UTF-8'standalone='yes'?><a/>"},
     {"NUL in libxml2", Peer::kLibxml, {"<a/>\0", 5}},
+    {"first halves in Expat",
+     Peer::kExpat,
+     {"\xFF\xFE<\0a\0>\0<\0?\0p\0 \0\0\xD8s\0?\0>\0<\0/\0a\0>\0", 32}},
     {"half a character", Peer::kLibxml, {"\xFF\xFE<\0a\0/\0>\0\n", 11}},
 };
 

@@ -4,6 +4,7 @@
 #include "kxmessage/error_codes.h"
 #include "kxmessage/found_elements.h"
 
+#include "element/element_impl.h"
 #include "support/message_world.h"
 
 #include <gtest/gtest.h>
@@ -68,7 +69,7 @@ TEST_F(ElementTest, EveryNavigationGivesANewObject) {
 }
 
 TEST_F(ElementTest, PositionsCountFromOneAndPassOverOtherNodes) {
-  const KXMsgElement root = Root("<Root><!--c--><Leaf>a</Leaf> <Part/> </Root>");
+  const KXMsgElement root = Root("<Root> <?p i?><!--c--><Leaf>a</Leaf> <Part/> </Root>");
   EXPECT_EQ(root.Count(), 2);
   EXPECT_EQ(root.ChildElements(1).Info().Name(), "Leaf");
   EXPECT_EQ(root[2].Info().Name(), "Part");
@@ -123,21 +124,70 @@ TEST_F(ElementTest, ReadingAnOptionalChildThatIsNotThereCreatesIt) {
   EXPECT_EQ(Names(root), (std::vector<std::string>{"Leaf", "Part"}));
 }
 
-TEST_F(ElementTest, AChildThatTheSchemaDemandsOnceIsNotCreatedByReading) {
-  const KXMsgElement root = Root("<Strict><Leaf/></Strict>");
-  std::string description;
-  const KXMsgElement other = Root("<Root><Part/></Root>").ChildElements(1);
-  EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.ChildElements("Nobody")); }, &description),
-            Code(kxMsgErrorNoChild));
-  EXPECT_EQ(description, "Child Nobody does not exist.");
-  EXPECT_EQ(root.Count(), 1);
-  // Only the exact texts of the occurrences make a child optional.
-  world_.AddSchema("t.xml",
-                   "<ElementType name='L' content='textOnly'/>"
-                   "<ElementType name='R' content='eltOnly'><element type='L'/></ElementType>");
-  const KXMessage message = world_.NewMessage();
-  message.InitMessage("t", "R");
-  EXPECT_EQ(message.RootElement().Count(), 1);
+TEST_F(ElementTest, OnlyTheExactTextsOfItsOccurrencesLetAChildBeCreatedByReading) {
+  struct {
+    const char* occurrences;
+    bool created;
+  } const rows[] = {{"", false},
+                    {"minOccurs='1' maxOccurs='1'", false},
+                    {"minOccurs='00'", false},
+                    {"minOccurs='0'", true},
+                    {"maxOccurs='*'", true}};
+  for (const auto& row : rows) {
+    world_.AddSchema("t.xml",
+                     "<ElementType name='A' content='textOnly'/>"
+                     "<ElementType name='B' content='textOnly'/>"
+                     "<ElementType name='R' content='eltOnly' order='one'>"
+                     "<element type='A'/><element type='B' " +
+                         std::string(row.occurrences) + "/></ElementType>");
+    const KXMsgElement root = world_.Loaded("t", "<R><A/></R>").RootElement();
+    std::string description;
+    const std::uint32_t error =
+        ErrorOf([&] { static_cast<void>(root.ChildElements("B")); }, &description);
+    EXPECT_EQ(error, row.created ? 0U : Code(kxMsgErrorNoChild)) << row.occurrences;
+    EXPECT_EQ(description, row.created ? "" : "Child B does not exist.") << row.occurrences;
+    EXPECT_EQ(root.Count(), row.created ? 2 : 1) << row.occurrences;
+    EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.ChildElements("Nobody")); }),
+              Code(kxMsgErrorNoChild));
+  }
+}
+
+TEST_F(ElementTest, APositionBetweenTwoElementsIsThatOfNone) {
+  const KXMsgElement root = Root("<Root><Leaf/><Part/></Root>");
+  for (const Variant& key : {Variant(1.5), Variant("1.5"), Variant(1.4), Variant("1.999")}) {
+    EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.ChildElements(key)); }), RuntimeError(91));
+  }
+  EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.ChildElements(0.5)); }), Code(kxMsgErrorNoChild));
+  EXPECT_EQ(root.ChildElements("1.0").Info().Name(), "Leaf");
+}
+
+TEST_F(ElementTest, ListsOfChildrenInsideListsEndWithoutTheStack) {
+  Options options;
+  options.maxDepth = 300'000;
+  world_.AddSchema("deep.xml",
+                   "<ElementType name='A' content='eltOnly'><element type='A' minOccurs='0'/>"
+                   "</ElementType>");
+  std::string text;
+  for (int i = 0; i < 200'000; ++i) text += "<A>";
+  for (int i = 0; i < 200'000; ++i) text += "</A>";
+  const KXMessage message = world_.NewMessage(options);
+  message.DefaultSchemaURL("deep");
+  message.LoadMessageFromString(text);
+  KXMsgElement element = message.RootElement();
+  for (auto child = element.begin(); child != element.end(); child = element.begin()) {
+    element = *child;
+  }
+  EXPECT_EQ(element.Count(), 0);
+}
+
+TEST_F(ElementTest, AnElementThatWasTakenOutHasNoParent) {
+  const KXMsgElement root = Root("<Root><Mixed>a<Leaf/></Mixed></Root>");
+  const KXMsgElement leaf = root["Mixed"]["Leaf"];
+  HandleAccess::Of<element::ElementImpl>(root["Mixed"])
+      .GetElementNode()
+      .RemoveChild(HandleAccess::Of<element::ElementImpl>(leaf).GetElementNode());
+  EXPECT_EQ(ErrorOf([&] { static_cast<void>(leaf.Parent()); }), RuntimeError(91));
+  EXPECT_EQ(leaf.Info().Name(), "Leaf");
 }
 
 TEST_F(ElementTest, ANameThatIsNoPatternIsTheQuerysError) {

@@ -81,6 +81,7 @@ TEST_F(ElementInfoTest, OccurrencesAreThoseOfTheParentsOwnDeclaration) {
       {"<element type='Leaf'/>", 1, 1, "both absent"},
       {"<element type='Leaf' maxOccurs='*'/>", -1, 1, "no maximum"},
       {"<element type='Leaf' minOccurs='0'/>", 1, 0, "optional"},
+      {"<element type='Leaf' maxOccurs='99999999999'/>", 2147483647, 1, "more than a number holds"},
       {"<element type='Leaf' minOccurs='0' maxOccurs='*'/>", -1, 0, "both"},
       {"<group order='seq'><element type='Leaf' minOccurs='0' maxOccurs='*'/></group>", 1, 1,
        "declared in a group"},

@@ -44,34 +44,62 @@ const dom::Node& MessageImpl::Envelope() const {
 
 // Filling ----------------------------------------------------------------------------------------
 
+void MessageImpl::InitMessage(std::string_view schemaUrl, std::string_view rootElementName) {
+  InitFrom(schemaUrl, rootElementName, xdr::SchemaCache::OfProcess());
+}
+
 // The message that the schema makes is parsed again from its own text, which binds and validates
 // it. The schema is at hand already, so that parse looks nothing up for it.
-void MessageImpl::InitMessage(std::string_view schemaUrl, std::string_view rootElementName) {
+void MessageImpl::InitFrom(std::string_view schemaUrl, std::string_view rootElementName,
+                           xdr::SchemaCache& cache) {
+  schema::NewMessage made = Create(schemaUrl, rootElementName, cache);
+  document_ = environment_->NewDomDocument();
+  envelope_ = made.document.DocumentElement();
+  const schema::KnownSchemaProvider provider(std::move(made.schemaUri), std::move(made.schema),
+                                             environment_->MessagesSchemas());
+  if (!ParseBy(provider, made.document.Xml())) {
+    RaiseLoadError(kxMsgErrorLoadingSchema, document_.LastError());
+  }
+  envelope_ = document_.DocumentElement();
+  TakeContentRoot(FirstChildElement(envelope_));
+}
+
+schema::NewMessage MessageImpl::Create(std::string_view schemaUrl, std::string_view rootElementName,
+                                       xdr::SchemaCache& cache) {
   const core::Locations locations = environment_->Locations();
-  const schema::SchemaLoader loader(environment_->CallersSchemas(), xdr::SchemaCache::OfProcess(),
+  const schema::SchemaLoader loader(environment_->CallersSchemas(), cache,
                                     environment_->SchemaLimits());
   const schema::ContentLimits limits{environment_->Settings().maxDefaultElements,
                                      environment_->Settings().maxDefaultDepth};
-  schema::NewMessage made = schema::CreateFromSchema(
-      {locations, loader, environment_->Host(), limits}, schemaUrl, rootElementName, schema_);
+  schema_.rootElementType = {};
+  try {
+    return schema::CreateFromSchema({locations, loader, environment_->Host(), limits}, schemaUrl,
+                                    rootElementName, schema_);
+  } catch (...) {
+    // Once the root is chosen, the former document has made room for a new one.
+    if (schema_.rootElementType) document_ = environment_->NewDomDocument();
+    throw;
+  }
+}
 
-  const schema::KnownSchemaProvider provider(std::move(made.schemaUri), std::move(made.schema),
-                                             environment_->MessagesSchemas());
+bool MessageImpl::ParseBy(const xdr::SchemaProvider& provider, std::string_view text) {
   const xdr::BindingService binding(provider);
-  document_ = environment_->NewDomDocument();
   document_.EditSettings().schemas = schemaCache_;
   document_.EditSettings().schemaService = &binding;
-  const bool good = document_.LoadXml(made.document.Xml());
-  environment_->Adopt(document_);  // `binding` ends here
-  if (!good) RaiseLoadError(kxMsgErrorLoadingSchema, document_.LastError());
-  envelope_ = document_.DocumentElement();
-  TakeContentRoot(FirstChildElement(envelope_));
+  // The document outlives the binding, whatever the parse comes to.
+  struct Restore {
+    const MessageImpl& message;
+    ~Restore() { message.environment_->Adopt(message.document_); }
+  } const restore{*this};
+  return document_.LoadXml(text);
 }
 
 void MessageImpl::InitMessageFromString(std::string_view schemaText,
                                         std::string_view rootElementName) {
   const std::string name = WriteTemporaryFile(*environment_, schemaText);
-  InitMessage(name, rootElementName);
+  // Names of temporary files come again: what was compiled of this one must not.
+  xdr::SchemaCache cache;
+  InitFrom(name, rootElementName, cache);
   // Deliberate: a failure leaves the file behind, for whoever wants to see what was wrong.
   host::Files(environment_->Host(), environment_->Drives()).Kill(name);
 }
@@ -89,6 +117,9 @@ void MessageImpl::LoadMessageFromString(std::string_view text) {
 }
 
 void MessageImpl::LoadText(std::string_view text) {
+  if (text.size() > environment_->Settings().maxDocumentBytes && !document_.LoadXml(text)) {
+    RaiseLoadError(kxMsgErrorLoadingXML, document_.LastError());
+  }
   const LoadableText loadable = LoadMessageText(text, defaultSchemaUrl_, *environment_);
   document_.EditSettings().schemas = schemaCache_;
   if (!document_.LoadXml(loadable.text)) {

@@ -1,9 +1,9 @@
 // The object behind KXMessage.
 //
 // Invariants:
-//   - Filling sets one field after the other, in the order in which they stand here. What a failure
-//     interrupts stays as far as it got: the new document replaces the old one first of all, the
-//     envelope and the root element only when they are good.
+//   - Filling sets one field after the other. What a failure interrupts stays as far as it got: the
+//     new document replaces the old one first of all, then the envelope, and the root element only
+//     when all is good.
 //   - `initialized_` is set as the very last step, and never taken back.
 #pragma once
 
@@ -12,7 +12,9 @@
 #include "platform/dom/document.h"
 #include "platform/dom/node.h"
 #include "platform/runtime/counted.h"
+#include "platform/xdr/schema_cache.h"
 #include "platform/xdr/schema_collection.h"
+#include "platform/xdr/schema_provider.h"
 #include "schema/message_schema.h"
 
 #include <cstdint>
@@ -53,6 +55,12 @@ class MessageImpl final : public runtime::PlainObject, private runtime::LiveObje
   }
 
  private:
+  void InitFrom(std::string_view schemaUrl, std::string_view rootElementName,
+                xdr::SchemaCache& cache);
+  [[nodiscard]] schema::NewMessage Create(std::string_view schemaUrl,
+                                          std::string_view rootElementName,
+                                          xdr::SchemaCache& cache);
+  [[nodiscard]] bool ParseBy(const xdr::SchemaProvider& provider, std::string_view text);
   void LoadText(std::string_view text);
   void TakeContentRoot(dom::Node root);
   [[nodiscard]] std::string CanonicalXml() const;

@@ -87,11 +87,12 @@ SettingsText FileSettingsStore::Load(const std::string& path) {
 // The content of the file, read again only when the file is another or was changed.
 const SettingsText& FileSettingsStore::Current() {
   host::FileInfo info;
-  const bool known = !path_.empty() && host_.Files().Examine(path_, info) == FileStatus::kOk &&
-                     info.kind == host::FileKind::kRegular;
+  const FileStatus status =
+      path_.empty() ? FileStatus::kNotFound : host_.Files().Examine(path_, info);
+  const bool known = status == FileStatus::kOk && info.kind == host::FileKind::kRegular;
   if (known && currentIdentity_ == info.identity) return current_;
   currentIdentity_.reset();
-  current_ = Load(path_);
+  current_ = IsMissing(status) ? SettingsText() : Load(path_);
   if (known) currentIdentity_ = info.identity;
   return current_;
 }

@@ -174,6 +174,69 @@ TEST_F(MessageTest, InitFailuresAreThoseOfTheSchema) {
   }
 }
 
+TEST_F(MessageTest, AFailedInitLeavesTheHeaderOfTheNewMessageAndTheFormerRoot) {
+  world_.AddSchema("choice.xml",
+                   "<ElementType name='X'/><ElementType name='Y'/>"
+                   "<ElementType name='A' content='eltOnly' order='one' model='closed'>"
+                   "<element type='X'/><element type='Y'/></ElementType>");
+  world_.AddSchema("attribute.xml", "<ElementType name='A'><attribute type='gone'/></ElementType>");
+  const KXMessage message = FromSchema();
+  EXPECT_EQ(ErrorOf([&] { message.InitMessage("attribute"); }), Code(kxMsgErrorUnknownAttribute));
+  EXPECT_EQ(message.SchemaFile(), "Order");
+  EXPECT_EQ(ErrorOf([&] { static_cast<void>(message.CloneMessage()); }), RuntimeError(91));
+  EXPECT_EQ(ErrorOf([&] { message.InitMessage("choice"); }), Code(kxMsgErrorLoadingSchema));
+  EXPECT_EQ(message.MsgType(), "A");
+  EXPECT_EQ(message.SchemaFile(), "choice");
+  EXPECT_NE(message.XML().find("<A xmlns=\"ref-schema:\"><X/><Y/></A>"), std::string::npos);
+  EXPECT_EQ(message.RootElement().Info().Name(), "Order");
+}
+
+TEST_F(MessageTest, SchemaTextsThatFollowEachOtherAreNotTakenForOneAnother) {
+  for (const char* type : {"i4", "r4", "i2"}) {
+    const KXMessage message = world_.NewMessage();
+    message.InitMessageFromString(test::MessageWorld::SchemaText(
+        "<ElementType name='N' content='textOnly' dt:type='" + std::string(type) + "'/>"));
+    EXPECT_EQ(message.RootElement().Info().DataType(), type);
+    message.RootElement().Value(1);
+  }
+  EXPECT_EQ(xdr::SchemaCache::OfProcess().Size(), 0U);
+}
+
+TEST_F(MessageTest, ATextLongerThanADocumentMayBeIsALoadError) {
+  Options options;
+  options.maxDocumentBytes = 1000;
+  const KXMessage message = world_.NewMessage(options);
+  try {
+    message.LoadMessageFromString("<Order xmlns=\"x-schema:Order.xml\" no=\"" +
+                                  std::string(1000, 'x') + "\"/>");
+    FAIL() << "nothing was raised";
+  } catch (const ParseError& error) {
+    EXPECT_EQ(static_cast<std::uint32_t>(error.Code()), 0x8007000EU);
+  }
+}
+
+TEST_F(MessageTest, AForeignNamespaceLoadsInAnOpenModelAndHasNoText) {
+  world_.AddSchema("open.xml", "<ElementType name='E' content='mixed' model='open'/>");
+  const KXMessage message = world_.NewMessage();
+  message.LoadMessageFromString("<E xmlns=\"x-schema:open.xml\"><z xmlns='urn:z'/></E>");
+  EXPECT_EQ(ErrorOf([&] { static_cast<void>(message.XML()); }), Code(kxMsgErrorNoSchema));
+  EXPECT_EQ(ErrorOf([&] { message.SaveMessage("a"); }), Code(kxMsgErrorNoSchema));
+}
+
+TEST_F(MessageTest, AFailureAfterTheParseLeavesTheFormerRoot) {
+  const KXMessage message = FromText(kContent);
+  const KXMsgElement root = message.RootElement();
+  EXPECT_EQ(ErrorOf([&] {
+              message.LoadMessageFromString(
+                  "<KXMessage tag=\"new\"><Order>"
+                  "<Item xmlns=\"x-schema:Order.xml\"><Qty/></Item>"
+                  "</Order></KXMessage>");
+            }),
+            Code(kxMsgErrorNoSchema));
+  EXPECT_EQ(message.Tag(), "new");
+  EXPECT_EQ(message.RootElement(), root);
+}
+
 TEST_F(MessageTest, ALoadFailureTellsItsPlace) {
   world_.Host().Memory().AddFile("/c/s/broken.xml", "<Schema>\n</Other>");
   try {
