@@ -97,7 +97,7 @@ xdr::SchemaLimits Environment::SchemaLimits() const {
 }
 
 dom::Document Environment::NewDomDocument() const {
-  const dom::Document document = dom::NewDomDocument();
+  dom::Document document = dom::NewDomDocument();
   Adopt(document);
   return document;
 }

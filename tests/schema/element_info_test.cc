@@ -9,9 +9,6 @@
 namespace kx {
 namespace {
 
-using test::ErrorOf;
-using test::RuntimeError;
-
 class ElementInfoTest : public testing::Test {
  protected:
   // The information on the content root, of the element type with these attributes and children.

@@ -164,7 +164,7 @@ Counted<MessageImpl> MessageImpl::CloneMessage() const {
   return clone;
 }
 
-void MessageImpl::TakeContentRoot(dom::Node root) {
+void MessageImpl::TakeContentRoot(const dom::Node& root) {
   if (!root) runtime::RaiseRuntimeError(runtime::kObjectNotSet);
   schema::TakeSchemaOfRoot(root, schema_);
   auto context = runtime::MakeCounted<schema::ElementContext>();

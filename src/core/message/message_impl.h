@@ -62,7 +62,7 @@ class MessageImpl final : public runtime::PlainObject, private runtime::LiveObje
                                           xdr::SchemaCache& cache);
   [[nodiscard]] bool ParseBy(const xdr::SchemaProvider& provider, std::string_view text);
   void LoadText(std::string_view text);
-  void TakeContentRoot(dom::Node root);
+  void TakeContentRoot(const dom::Node& root);
   [[nodiscard]] std::string CanonicalXml() const;
 
   runtime::Counted<const Environment> environment_;

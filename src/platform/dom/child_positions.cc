@@ -198,11 +198,9 @@ void ChildPositions::NoteElementRemoved(NodeId parent, NodeId item, NodeId previ
     }
   }
   if (place->node == kNoNode) return;
-  if (item == place->node) {
-    place->node = kNoNode;
-  } else if (previous == kNoNode) {
+  if (item != place->node && previous == kNoNode) {
     --place->index;
-  } else if (next != kNoNode) {
+  } else if (item == place->node || next != kNoNode) {
     place->node = kNoNode;
   }
 }
