@@ -7,7 +7,7 @@
 #include "platform/dom/parser.h"
 #include "platform/dom/parser_impl.h"
 #include "platform/dom/scan.h"
-#include "platform/text/code_page.h"
+#include "platform/dom/xml_bytes.h"
 #include "platform/text/unicode.h"
 
 #include <cstring>
@@ -142,54 +142,6 @@ bool StartsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
 }
 
-// The encoding that an XML declaration at the start of `text` names; empty when there is none.
-std::string_view DeclaredEncoding(std::string_view text) {
-  constexpr std::string_view kStart = "<?xml";
-  const bool declared = StartsWith(text, kStart) && text.size() > kStart.size() &&
-                        std::string_view(" \t\r\n").find(text[kStart.size()]) != text.npos;
-  if (!declared) return {};  // another instruction's name may begin with "xml"
-  const std::string_view declaration = text.substr(0, text.find("?>"));
-  std::size_t at = declaration.find("encoding");
-  if (at == std::string_view::npos) return {};
-  at = declaration.find_first_of("\"'", at);
-  if (at == std::string_view::npos) return {};
-  const std::size_t close = declaration.find(declaration[at], at + 1);
-  return close == std::string_view::npos ? std::string_view{}
-                                         : declaration.substr(at + 1, close - at - 1);
-}
-
-bool FailDeclaration(ParseError& error, ParseCode code, std::string_view text,
-                     std::string_view name) {
-  SetParseError(error, code);
-  SetParsePlace(error, text,
-                text.find("encoding=") < text.size()
-                    ? text.find("encoding=")
-                    : static_cast<std::size_t>(name.data() - text.data()));
-  return false;
-}
-
-bool IsUtf16(const text::CodePage& page) {
-  return page.Number() == text::kCodePageUtf16Le || page.Number() == text::kCodePageUtf16Be;
-}
-
-bool ParseUtf16(DocumentData& data, std::string_view bytes, int number, const ParseOptions& options,
-                ParseError& error) {
-  const text::StrictDecoding decoded = text::FindCodePage(number)->DecodeStrict(bytes.substr(2));
-  const std::string_view name = DeclaredEncoding(decoded.text);
-  if (!name.empty()) {
-    const auto page = text::FindCodePage(name, options.codec);
-    if (page && !IsUtf16(*page)) {
-      return FailDeclaration(error, ParseCode::kEncodingSwitch, decoded.text, name);
-    }
-  }
-  ParseCode code = ParseCode::kNone;
-  if (decoded.badOffset) {
-    code = *decoded.badOffset + 4 > bytes.size() - 2 ? ParseCode::kTruncatedCharacter
-                                                     : ParseCode::kBadCharInText;
-  }
-  return ParseDecoded(data, decoded.text, options, error, code);
-}
-
 }  // namespace
 
 bool ParseText(DocumentData& data, std::string_view text, const ParseOptions& options,
@@ -201,28 +153,13 @@ bool ParseText(DocumentData& data, std::string_view text, const ParseOptions& op
 bool ParseBytes(DocumentData& data, std::string_view bytes, const ParseOptions& options,
                 ParseError& error) {
   if (bytes.size() > options.maxBytes) return FailLarge(error, options.maxBytes);
-  if (StartsWith(bytes, "\xFF\xFE")) {
-    return ParseUtf16(data, bytes, text::kCodePageUtf16Le, options, error);
+  const XmlText decoded = DecodeXml(bytes, options.codec);
+  if (decoded.refusal != ParseCode::kNone) {
+    SetParseError(error, decoded.refusal);
+    SetParsePlace(error, decoded.Text(), decoded.refusedAt);
+    return false;
   }
-  if (StartsWith(bytes, "\xFE\xFF")) {
-    return ParseUtf16(data, bytes, text::kCodePageUtf16Be, options, error);
-  }
-  const bool marked = StartsWith(bytes, kUtf8Mark);
-  if (marked) bytes.remove_prefix(kUtf8Mark.size());
-  const std::string_view name = DeclaredEncoding(bytes);
-  if (name.empty() || text::EqualsAsciiCaseless(name, "utf-8")) {
-    return ParseDecoded(data, bytes, options, error, ParseCode::kNone);
-  }
-  const auto page = text::FindCodePage(name, options.codec);
-  if (!page) return FailDeclaration(error, ParseCode::kUnknownEncoding, bytes, name);
-  if (IsUtf16(*page)) return FailDeclaration(error, ParseCode::kEncodingSwitch, bytes, name);
-  if (marked && page->Number() != text::kCodePageUtf8) {
-    return FailDeclaration(error, ParseCode::kEncodingSwitch, bytes, name);
-  }
-  const text::StrictDecoding decoded = page->DecodeStrict(bytes);
-  ParseCode code = ParseCode::kNone;
-  if (decoded.badOffset) code = ParseCode::kBadCharInText;
-  return ParseDecoded(data, decoded.text, options, error, code);
+  return ParseDecoded(data, decoded.Text(), options, error, decoded.tail);
 }
 
 }  // namespace kx::dom
