@@ -42,4 +42,11 @@ void KeptDefaults::Write(std::string_view name, std::string_view text) {
   }
 }
 
+void KeptDefaults::Store(std::string_view name, std::string_view text) {
+  RequireStorable(name, text);
+  const std::lock_guard<std::mutex> guard(mutex_);
+  store_->Store(name, text);
+  if (const auto found = kept_.find(name); found != kept_.end()) kept_.erase(found);
+}
+
 }  // namespace kx::settings

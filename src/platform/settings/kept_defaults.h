@@ -29,6 +29,8 @@ class KeptDefaults final : public SettingsStore {
   [[nodiscard]] std::optional<std::string> Find(std::string_view name) override;
   /// Raises: HostError 5; as the other store when it holds a text under `name`, or cannot be read.
   void Write(std::string_view name, std::string_view text) override;
+  /// Raises: as the other store.
+  void Store(std::string_view name, std::string_view text) override;
 
  private:
   std::unique_ptr<SettingsStore> store_;

@@ -30,6 +30,9 @@ class SettingsStore {
   /// already is not written again. Raises: HostError 5 for an empty name or a NUL in either text;
   /// HostError when it cannot be stored.
   virtual void Write(std::string_view name, std::string_view text) = 0;
+  /// The same for a text that somebody asked to be stored: it is durable on return, or raised, also
+  /// where Write would keep a default in memory.
+  virtual void Store(std::string_view name, std::string_view text) { Write(name, text); }
 
   /// The text stored under `name`, or `defaultText`; reading never stores. Raises: as Find.
   [[nodiscard]] std::string Read(std::string_view name, std::string_view defaultText) {

@@ -86,6 +86,17 @@ TEST_F(KeptDefaultsInAFile, RaisesWhenAStoredValueCannotBeReplaced) {
   EXPECT_EQ(RuntimeErrorOfCall([&] { store->Write("a", "stored"); }), 0) << "nothing to write";
 }
 
+TEST_F(KeptDefaultsInAFile, RaisesWhereAnAskedForTextCannotBeStored) {
+  host_.Memory().AddFile("/file", "");
+  const auto nowhere = StoreIn("/file/s");
+  nowhere->Write("a", "kept");
+  EXPECT_NE(RuntimeErrorOfCall([&] { nowhere->Store("a", "1"); }), 0);
+  EXPECT_EQ(nowhere->Find("a"), "kept");
+  const auto store = StoreIn("/s");
+  store->Store("a", "1");
+  EXPECT_EQ(host_.Memory().Content("/s"), "[App]\na = 1\n");
+}
+
 TEST_F(KeptDefaultsInAFile, RaisesForADamagedFile) {
   host_.Memory().AddFile("/s", "nonsense");
   const auto store = StoreIn("/s");
