@@ -10,5 +10,7 @@
 #include "kxmessage/options.h"         // IWYU pragma: export
 #include "kxmessage/parse_error.h"     // IWYU pragma: export
 #include "kxmessage/schema.h"          // IWYU pragma: export
+#include "kxmessage/settings.h"        // IWYU pragma: export
+#include "kxmessage/text.h"            // IWYU pragma: export
 #include "kxmessage/valid_elements.h"  // IWYU pragma: export
 #include "kxmessage/variant.h"         // IWYU pragma: export

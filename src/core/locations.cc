@@ -74,8 +74,15 @@ std::string Locations::DefaultSchemaBase() const {
 }
 
 std::string Locations::ResolveMessageLocation(std::string_view location) const {
-  return ResolveLocation(kMsgPathSetting, location,
-                         GetSystemDrive() + ":\\Program Files\\Halcyra\\Messages");
+  return ResolveLocation(kMsgPathSetting, location, DefaultMessageBase());
+}
+
+std::string Locations::MessageBase() const {
+  return settings_.Read(kMsgPathSetting, DefaultMessageBase());
+}
+
+std::string Locations::DefaultMessageBase() const {
+  return GetSystemDrive() + ":\\Program Files\\Halcyra\\Messages";
 }
 
 bool Locations::IsNative(std::string_view location) const {

@@ -44,6 +44,8 @@ class Locations {
   /// The schema base as it is stored, or its default; nothing is stored. Raises: HostError of the
   /// settings store.
   [[nodiscard]] std::string SchemaBase() const;
+  /// The same for messages.
+  [[nodiscard]] std::string MessageBase() const;
 
   /// `location` with ".xml" where it has no extension, and completed against the base stored under
   /// `settingName` (`defaultBase` when nothing is stored there) when it is a relative path. The
@@ -63,6 +65,7 @@ class Locations {
 
  private:
   [[nodiscard]] std::string DefaultSchemaBase() const;
+  [[nodiscard]] std::string DefaultMessageBase() const;
   [[nodiscard]] bool IsNative(std::string_view location) const;
   [[nodiscard]] std::string CompleteExtension(std::string_view location) const;
   [[nodiscard]] std::string JoinToUrl(std::string& base, const std::string& location) const;
