@@ -7,6 +7,7 @@ SHELL := /bin/bash
 MAKEFLAGS += --no-print-directory
 
 JOBS ?= $(shell nproc)
+PREFIX ?= /usr/local
 FUZZ_SECONDS ?= 30
 TIDY_ARGS ?=
 CTEST_ARGS ?=
@@ -24,7 +25,7 @@ sanitizer_options = ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_st
     UBSAN_OPTIONS=print_stacktrace=1 TSAN_OPTIONS=halt_on_error=1
 run_ctest = ctest --output-on-failure --no-tests=error -j $(JOBS) $(CTEST_ARGS) --test-dir
 
-.PHONY: help demo test bench asan tsan fuzz format format-check tidy check-includes check check-all \
+.PHONY: help demo test install bench asan tsan fuzz format format-check tidy check-includes check check-all \
     clean
 
 help: ## This list
@@ -43,6 +44,12 @@ test: ## Builds build/release and runs every test
 	@cmake --preset release
 	@cmake --build build/release -j $(JOBS)
 	@$(run_ctest) build/release
+
+install: ## Installs library, headers, kxmsg and manual under PREFIX (/usr/local), DESTDIR in front
+	$(packages) build
+	@cmake --preset release -B build/install -DKX_BUILD_TESTS=OFF -DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	@cmake --build build/install -j $(JOBS)
+	@cmake --install build/install
 
 bench: ## Measures against the peers: a table, and build/bench/results.json
 	$(packages) build bench

@@ -24,15 +24,22 @@ if(KX_FUZZ)
 endif()
 
 # kx_add_module(NAME SOURCES a.cc... DEPENDS kx_text...)
-# A folder of src/ as one static target; DEPENDS lists only tiers below it.
+# A folder of src/ as one static target; DEPENDS lists only tiers below it. The library is made of
+# all modules but those that are marked FOR_TESTS.
 function(kx_add_module name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "FOR_TESTS" "" "SOURCES;DEPENDS" ${ARGN})
+  if(NOT ARG_FOR_TESTS)
+    set_property(GLOBAL APPEND PROPERTY KX_MODULES ${name})
+  endif()
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                            VISIBILITY_INLINES_HIDDEN ON)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE kx_build_options)
   target_compile_features(${name} PUBLIC cxx_std_20)
+  if(WIN32)
+    target_compile_definitions(${name} PRIVATE KX_BUILDING_SHARED)
+  endif()
 endfunction()
 
 # kx_add_test(NAME SOURCES a_test.cc... DEPENDS kx_text... LABEL unit)
