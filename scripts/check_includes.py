@@ -69,9 +69,10 @@ FOREIGN = [
             r"^(sys/|netinet/|arpa/|unistd\.h|fcntl\.h|dirent\.h|pwd\.h|dlfcn\.h|poll\.h|spawn\.h"
             r"|iconv\.h|windows\.h|winsock2\.h|shlobj\.h|langinfo\.h|pthread\.h)"
         ),
-        ["platform/host"],
+        ["platform/host", "tools"],
         "the operating system",
     ),
+    (re.compile(r"^CLI/"), ["tools"], "CLI11"),
     (re.compile(r"^(expat\.h|pugixml\.hpp|xercesc/|benchmark/|gtest/|gmock/)"), [], "a test library"),
 ]
 
@@ -82,7 +83,7 @@ USERS = {"tests": True, "fuzz": True, "bench": True, "tools": False, "bindings":
 EXAMPLES_SEE = ["tier0", "tier1", "tier2", "tier3", "tier4", "tier5"]
 
 ROOTS = ["include", "src", "tests", "fuzz", "bench", "examples", "tools", "bindings"]
-SEARCH = ["src", "include", "tests", "fuzz", "bench"]
+SEARCH = ["src", "include", "tools", "tests", "fuzz", "bench"]
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"\n]+)"|<([^>\n]+)>)', re.MULTILINE)
 BLOCK_COMMENT = re.compile(r"/\*.*?\*/", re.DOTALL)
 
@@ -140,7 +141,8 @@ def area_of(path):
 def visible_from(area):
     """The areas that `area` may include, itself among them."""
     if area in USERS:
-        return {area, "public", "tests"} | (set(all_folders()) if USERS[area] else set())
+        seen = {area, "public", "tests"}
+        return seen | {"tools"} | set(all_folders()) if USERS[area] else seen
     if area == "examples":
         return {area, "public"} | {f for tier in EXAMPLES_SEE for f in TIERS[tier]}
     if area == "public":

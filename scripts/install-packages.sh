@@ -10,7 +10,7 @@ set -euo pipefail
 
 packages_of() {
   case "$1" in
-    build) echo "cmake ninja-build g++" ;;
+    build) echo "cmake ninja-build g++ libcli11-dev" ;;
     test) echo "git python3 pkg-config libgtest-dev libgmock-dev libexpat1-dev libxml2-dev" \
                "libcurl4-openssl-dev openssl" ;;
     # An independent validator of schemas for the differential tests, which skip themselves
