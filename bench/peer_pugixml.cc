@@ -183,8 +183,23 @@ class Children : public LoadedTask {
   std::vector<std::vector<std::string>> names_;
 };
 
+// Every child of "Items", by its links.
+class Items : public LoadedTask {
+ public:
+  using LoadedTask::LoadedTask;
+  std::uint64_t Run(std::size_t text) override {
+    const pugi::xml_node items = Document(text).document_element().first_child().child("Items");
+    std::uint64_t found = 0;
+    for (const pugi::xml_node item : items.children()) found += item.empty() ? 0U : 1U;
+    return found;
+  }
+};
+
 }  // namespace
 
+std::unique_ptr<Task> PugixmlItems(const Workload& workload) {
+  return std::make_unique<Items>(workload);
+}
 std::unique_ptr<Task> PugixmlChildren(const Workload& workload) {
   return std::make_unique<Children>(workload);
 }

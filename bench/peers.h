@@ -42,6 +42,9 @@ inline constexpr std::size_t kLookUps = 7;
 /// So many children of the content root, looked up by their names.
 std::unique_ptr<Task> PugixmlChildren(const Workload& workload);
 
+/// Every child of the one parent that may have many.
+std::unique_ptr<Task> PugixmlItems(const Workload& workload);
+
 /// A load and its validation against the XSD that says the same, compiled before; validation alone;
 /// compiling the XSD.
 std::unique_ptr<Task> Libxml2ParseAndValidate(const Workload& workload);

@@ -12,7 +12,7 @@ namespace kx::bench {
 std::vector<Row> DomRows();
 /// Rows of binding and validation: bind, validate, schema.
 std::vector<Row> XdrRows();
-/// Rows of messages: load, xml, clone, init, child, childat, position, value.
+/// Rows of messages: load, xml, clone, init, child, childat, position, enumerate, each-at, value.
 std::vector<Row> MessageRows();
 
 /// Rows of queries: query, path, path-list.

@@ -150,6 +150,27 @@ class Positions : public LoadedMessages {
   std::uint32_t seed_ = 1;
 };
 
+// Every child of one parent, by an enumeration of a new object, or one by one by position.
+class AllChildren : public LoadedMessages {
+ public:
+  enum class By : unsigned char { kEnumeration, kPosition };
+  AllChildren(const Workload& workload, By by) : LoadedMessages(workload), by_(by) {}
+  std::uint64_t Run(std::size_t text) override {
+    const KXMsgElement items = Message(text).RootElement().ChildElements("Items");
+    std::uint64_t found = 0;
+    if (by_ == By::kEnumeration) {
+      for (const KXMsgElement& item : items) found += item ? 1U : 0U;
+    } else {
+      const std::int32_t count = items.Count();
+      for (std::int32_t i = 1; i <= count; ++i) found += items.ChildElements(i) ? 1U : 0U;
+    }
+    return found;
+  }
+
+ private:
+  By by_;
+};
+
 class IntValue : public LoadedMessages {
  public:
   explicit IntValue(const Workload& workload) : LoadedMessages(workload) {
@@ -199,7 +220,13 @@ std::vector<Row> MessageRows() {
   const auto children = [](Children::By by) {
     return [by](const Workload& workload) { return std::make_unique<Children>(workload, by); };
   };
+  const auto all = [](AllChildren::By by) {
+    return [by](const Workload& workload) { return std::make_unique<AllChildren>(workload, by); };
+  };
+  const std::vector<std::string> wide = {"wide-1k", "wide"};
   return {
+      {"enumerate", wide, Against("pugixml", PugixmlItems, all(AllChildren::By::kEnumeration))},
+      {"each-at", wide, Against("pugixml", PugixmlItems, all(AllChildren::By::kPosition))},
       {"load", sizes, Against("pugixml", PugixmlParse, make(static_cast<Load*>(nullptr)))},
       {"xml", sizes, Against("pugixml", PugixmlSerialise, make(static_cast<Xml*>(nullptr)))},
       {"clone", sizes, Against("libxml2", Libxml2Copy, make(static_cast<Clone*>(nullptr)))},

@@ -342,6 +342,7 @@ Workload MakeWorkload(std::string_view name) {
       workload.texts.push_back(MakeOrder(size.bytes, i));
     }
   }
+  if (name == "wide-1k") workload.texts.push_back(MakeWideOrder(1000));
   if (name == "wide") workload.texts.push_back(MakeWideOrder(30000));
   if (name == "deep") workload.texts.push_back(MakeDeepOrder(1000));
   if (workload.texts.empty()) throw std::invalid_argument("no input is called " + workload.name);

@@ -24,7 +24,7 @@ std::string MakeDeepOrder(std::size_t levels);
 /// The texts of one input, all of the same kind and size. Programs go through them in turn, so that
 /// no branch predictor learns a short text by heart.
 struct Workload {
-  std::string name;  ///< 1k, 10k, 100k, 1m, 10m, wide or deep
+  std::string name;  ///< 1k, 10k, 100k, 1m, 10m, wide, wide-1k or deep
   std::vector<std::string> texts;
 };
 

@@ -15,12 +15,9 @@ std::string BaseName(const dom::Node& node) { return node.BaseName().value_or(st
 
 // Creates the attribute when it is missing; only then `makeDefault` is asked.
 template <class MakeDefault>
-void EnsureAttribute(const dom::Document& document, const dom::Node& envelope,
-                     std::string_view name, const MakeDefault& makeDefault) {
-  if (envelope.GetAttributeNode(name)) return;
-  const dom::Node attribute = document.CreateAttribute(name);
-  attribute.SetText(makeDefault());
-  envelope.SetAttributeNode(attribute);
+void EnsureAttribute(const dom::Node& envelope, std::string_view name,
+                     const MakeDefault& makeDefault) {
+  if (!envelope.At().FindAttribute(name)) envelope.SetAttribute(name, makeDefault());
 }
 
 }  // namespace
@@ -38,7 +35,7 @@ EnvelopeOrigin EnsureEnvelope(const dom::Document& document, std::string_view sc
     origin = EnvelopeOrigin::kCreated;
   }
   const auto ensure = [&](std::string_view name, const auto& makeDefault) {
-    EnsureAttribute(document, envelope, name, makeDefault);
+    EnsureAttribute(envelope, name, makeDefault);
   };
   const auto text = [](std::string_view value) { return [value] { return std::string(value); }; };
   ensure("version", text("1.0.0"));

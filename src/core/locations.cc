@@ -24,6 +24,14 @@ std::string TrimBlanks(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
+// A location of which the buffer shows nothing: not cut, not trimmed, the same in every code page.
+bool IsOrdinary(std::string_view location) {
+  constexpr std::size_t kShort = 200;
+  if (location.empty() || location.size() > kShort) return false;
+  if (location.front() == ' ' || location.back() == ' ') return false;
+  return std::all_of(location.begin(), location.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 // A native location is an error where another one would be cut.
 std::string CheckedNative(std::string location) {
   if (text::CountUtf16Units(location) > kMaxLocationLength) {
@@ -93,6 +101,11 @@ bool Locations::IsNative(std::string_view location) const {
 // The location as the platform's buffer of 260 characters would hold it: cut to what fits, ended by
 // a null character, padded with blanks; the extension is written over the end.
 std::string Locations::CompleteExtension(std::string_view location) const {
+  if (IsOrdinary(location)) {
+    std::string name(location);
+    static_cast<void>(paths::PathAddExtensionA(name, kExtension));
+    return name;
+  }
   const std::size_t cut = text::OffsetOfUtf16Unit(location, kMaxLocationLength);
   std::string buffer = codePage_.Encode(location.substr(0, cut));
   const bool wanted = !buffer.empty();
@@ -115,7 +128,8 @@ std::string Locations::ResolveLocation(std::string_view settingName, std::string
   if (!paths::PathIsRelativeA(completed) || paths::PathIsURLA(completed)) {
     return codePage_.Decode(completed);
   }
-  std::string base = settings_.Read(settingName, defaultBase);
+  const std::optional<std::string> stored = settings_.Find(settingName);
+  std::string base = stored ? *stored : std::string(defaultBase);
   std::string result;
   if (IsNative(base)) {
     result = JoinToNative(base, completed, codePage_);
@@ -130,7 +144,7 @@ std::string Locations::ResolveLocation(std::string_view settingName, std::string
     result =
         codePage_.Decode(isUrl ? JoinToUrl(encoded, completed) : JoinToPath(encoded, completed));
   }
-  settings_.Write(settingName, base);
+  if (stored != base) settings_.Write(settingName, base);
   return result;
 }
 

@@ -7,6 +7,7 @@
 #include "core/queries.h"
 #include "platform/runtime/strings.h"
 #include "platform/xdr/typing.h"
+#include "schema/schema_index.h"
 
 #include <utility>
 
@@ -28,6 +29,20 @@ void ChooseRoot(std::string_view rootName, MessageSchema& schema) {
   schema.rootElementType = schema.topLevelElementTypes.Item(count - 1);
 }
 
+// A document with the content root alone.
+dom::Document NewContent(const SchemaServices& services, const std::string& schemaName,
+                         const MessageSchema& schema) {
+  ContentTemplates& templates = SchemaIndex::Of(schema.schemaDocument.Data()).Templates();
+  const ContentTemplates::Key key{schema.rootElementType.At().Id(), schemaName, services.limits};
+  if (dom::Document copy = templates.Copy(key)) return copy;
+  dom::Document document = dom::NewDomDocument();
+  document.AsNode().AppendChild(BuildDefaultContent(document, {}, schema.rootElementType,
+                                                    schema.elementTypes, schemaName,
+                                                    {services.limits, &services.host}));
+  templates.Keep(key, document);
+  return document;
+}
+
 NewMessage Create(const SchemaServices& services, std::string_view schemaLocation,
                   const std::string& resolved, LoadedSchema loaded, std::string_view rootName,
                   MessageSchema& schema) {
@@ -36,11 +51,7 @@ NewMessage Create(const SchemaServices& services, std::string_view schemaLocatio
   IndexElementTypes(schema.schemaDocument, schema.elementTypes);
   ChooseRoot(rootName, schema);
   NewMessage message;
-  message.document = dom::NewDomDocument();
-  const dom::Node root =
-      BuildDefaultContent(message.document, {}, schema.rootElementType, schema.elementTypes,
-                          resolved, {services.limits, &services.host});
-  message.document.AsNode().AppendChild(root);
+  message.document = NewContent(services, resolved, schema);
   core::EnsureEnvelope(message.document, schemaLocation, services.host);
   message.schemaUri = "x-schema:" + runtime::LCase(resolved);
   message.schema = std::move(loaded.compiled);

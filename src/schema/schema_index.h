@@ -3,12 +3,13 @@
 // kind and by name.
 //
 // It holds node numbers and no handles, so that it does not keep the content that keeps it.
-// Immutable; read by many threads.
+// Immutable but for the contents that it keeps; read by many threads.
 #pragma once
 
 #include "platform/dom/cursor.h"
 #include "platform/dom/document_data.h"
 #include "platform/text/compare.h"
+#include "schema/content_templates.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -48,6 +49,9 @@ class SchemaIndex final : public dom::DerivedData {
   [[nodiscard]] dom::NodeId FindDeclaration(dom::NodeId in, DeclarationKind kind,
                                             std::string_view name) const noexcept;
 
+  /// Contents of messages that were built of the schema.
+  [[nodiscard]] ContentTemplates& Templates() const noexcept { return templates_; }
+
  private:
   /// A declaration. Sorted by place, kind and hash; equal ones in document order.
   struct Declaration {
@@ -70,6 +74,7 @@ class SchemaIndex final : public dom::DerivedData {
   std::unordered_map<std::string, dom::NodeId, text::CaselessHash, text::CaselessEqual> byName_;
   std::optional<std::string> fault_;
   std::vector<Declaration> declarations_;
+  mutable ContentTemplates templates_;
 };
 
 }  // namespace kx::schema

@@ -40,7 +40,7 @@ FoundName Files::Find(std::string_view name) const {
   return NameLookup(host_->Files(), drives_).Find(name);
 }
 
-FileContent Files::Read(std::string_view name, std::uint64_t mostBytes) {
+FileContent Files::Read(std::string_view name, std::uint64_t mostBytes) const {
   FileContent content;
   FoundName found = Find(name);
   content.status = found.status;
@@ -88,13 +88,12 @@ BinaryFile Files::OpenForBinary(std::string_view name) {
   return {std::move(entry), std::move(file)};
 }
 
-std::optional<FileIdentity> Files::Identify(std::string_view name) {
+std::optional<FileIdentity> Files::Identify(std::string_view name) const {
   const FoundName found = Find(name);
-  FileInfo info;
-  if (found.status != FileStatus::kOk) return std::nullopt;
-  if (host_->Files().Examine(found.path, info) != FileStatus::kOk) return std::nullopt;
-  if (info.kind != FileKind::kRegular) return std::nullopt;
-  return info.identity;
+  if (found.status != FileStatus::kOk || found.info.kind != FileKind::kRegular) {
+    return std::nullopt;
+  }
+  return found.info.identity;
 }
 
 std::int64_t Files::FileLen(std::string_view name) {

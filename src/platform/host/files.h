@@ -59,11 +59,12 @@ class Files {
   void Kill(std::string_view name);
 
   /// Reads a whole regular file and raises nothing: the status says what is wrong.
-  [[nodiscard]] FileContent Read(std::string_view name, std::uint64_t mostBytes = kMostFileBytes);
+  [[nodiscard]] FileContent Read(std::string_view name,
+                                 std::uint64_t mostBytes = kMostFileBytes) const;
 
   /// The identity of the regular file that `name` leads to, for a cache to compare; nothing when
   /// there is none.
-  [[nodiscard]] std::optional<FileIdentity> Identify(std::string_view name);
+  [[nodiscard]] std::optional<FileIdentity> Identify(std::string_view name) const;
 
   /// Where `name` leads, without opening it.
   [[nodiscard]] FoundName Find(std::string_view name) const;

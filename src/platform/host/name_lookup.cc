@@ -104,7 +104,7 @@ class Walk {
         return {FileStatus::kFolderNotFound, {}, {}};
       }
     }
-    return {FileStatus::kOk, path_, {}};
+    return {FileStatus::kOk, path_, {}, info_};
   }
 
  private:
@@ -153,7 +153,7 @@ FoundName FindParsed(FileSystem& files, const ParsedName& name) {
   const std::string exact = name.Exact();
   FileInfo info;
   if (!name.endsInSeparator && files.Examine(exact, info) == FileStatus::kOk) {
-    return {FileStatus::kOk, exact, {}};
+    return {FileStatus::kOk, exact, {}, info};
   }
   return Walk(files, name).Run();
 }
@@ -168,7 +168,7 @@ FoundName FindOnWindows(FileSystem& files, std::string_view name) {
   FileInfo info;
   const FileStatus status = files.Examine(std::string(name), info);
   const bool reachable = status == FileStatus::kOk || status == FileStatus::kNotFound;
-  return {status, reachable ? std::string(name) : std::string(), {}};
+  return {status, reachable ? std::string(name) : std::string(), {}, info};
 }
 
 }  // namespace
@@ -212,7 +212,14 @@ FoundName NameLookup::Find(std::string_view name) const {
 }
 
 FoundName NameLookup::FindPosix(std::string_view name) const {
-  if (name.starts_with('/')) return FindParsed(files_, Parse("/", name, NameStyle::kNative));
+  if (name.starts_with('/')) {
+    // Most names are spelled as the file is, and need not be taken apart.
+    const bool isPlain = !name.ends_with('/') && name.find("//") == std::string_view::npos &&
+                         name.find("/.") == std::string_view::npos;
+    FoundName found{FileStatus::kOk, std::string(name), {}, {}};
+    if (isPlain && files_.Examine(found.path, found.info) == FileStatus::kOk) return found;
+    return FindParsed(files_, Parse("/", name, NameStyle::kNative));
+  }
   constexpr std::string_view kLongPrefix = "\\\\?\\";
   if (name.starts_with(kLongPrefix)) name.remove_prefix(kLongPrefix.size());
   if (name.empty()) return {FileStatus::kBadName, {}, {}};

@@ -45,6 +45,7 @@ struct FoundName {
   std::string path;  ///< the host's name; set for kOk and kNotFound
   /// With kNotFound: a drive's folder that must be made before the file, or empty.
   std::string missingDriveFolder;
+  FileInfo info = {};  ///< with kOk: what it is
 };
 
 /// Looks names up. Holds references only; cheap to make.

@@ -5,6 +5,7 @@
 #include "platform/runtime/error.h"
 #include "platform/text/date_text.h"
 #include "platform/text/number_text.h"
+#include "platform/text/unicode.h"
 
 #include <cmath>
 #include <cstddef>
@@ -174,6 +175,12 @@ std::string FormatDateTime(const Variant& value, std::string_view pattern) {
 std::int32_t PositionOrName::ZeroBased() const { return RoundToInteger(position.value_or(0) - 1); }
 
 PositionOrName ReadKey(const Variant& key) {
+  // Most keys are names, and what begins with a letter is no number.
+  const std::string* const text = key.IfText();
+  if (text != nullptr && !text->empty() &&
+      text::IsAsciiLetter(static_cast<unsigned char>(text->front()))) {
+    return {std::nullopt, *text};
+  }
   const Variant scalar = ScalarOf(key);
   if (scalar.IsError()) RaiseRuntimeError(kTypeMismatch);
   if (IsNumeric(scalar)) return {scalar.ToNumber(), {}};

@@ -9,6 +9,8 @@
 #include "platform/text/unicode.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <utility>
 
 namespace kx::xdr {
@@ -118,8 +120,14 @@ dom::ParseCode CodeOf(host::FileStatus status) {
 }
 
 std::string StampOf(const host::FileIdentity& identity) {
-  return std::to_string(identity.device) + ":" + std::to_string(identity.inode) + ":" +
-         std::to_string(identity.size) + ":" + std::to_string(identity.modifiedNanoseconds);
+  std::array<char, 96> text{};
+  char* at = text.data();
+  char* const end = at + text.size();
+  for (const std::uint64_t number : {identity.device, identity.inode, identity.size}) {
+    at = std::to_chars(at, end, number).ptr;
+    *at++ = ':';
+  }
+  return {text.data(), std::to_chars(at, end, identity.modifiedNanoseconds).ptr};
 }
 
 // What a server told, as one text and back. None of the parts holds a line end.
@@ -183,7 +191,7 @@ SchemaFiles::Target SchemaFiles::Aim(std::string_view location, std::string_view
   Target target;
   const bool isFree = namedBy_ == NamedBy::kCaller && base.empty();
   std::string schemaBase;
-  if (base.empty() && !IsHttp(location)) {
+  if (base.empty() && IsRelative(location) && !paths::PathIsURLA(location)) {
     schemaBase = SchemaBase();
     base = schemaBase;
   }
@@ -197,7 +205,7 @@ SchemaFiles::Target SchemaFiles::Aim(std::string_view location, std::string_view
     const auto system = host_.Files().Rules() == host::NameRules::kPosix
                             ? paths::PathSystem::kPosix
                             : paths::PathSystem::kWindows;
-    const text::CodePage page = *text::FindCodePage(text::kCodePageUtf8);
+    static const text::CodePage page = *text::FindCodePage(text::kCodePageUtf8);
     const auto path = paths::LoaderPath(location, system, page);
     target.unknownProtocol = !path.has_value();
     target.name = path.value_or(std::string(location));
@@ -254,7 +262,7 @@ bool SchemaFiles::MayShowText(const Target& target, const std::string& path,
 
 // The folder may be named by a drive, the file is named as the host names it.
 bool SchemaFiles::IsWithin(const std::string& path, const std::string& folder) const {
-  return LiesIn(path, folder) || LiesIn(path, host::Files(host_, drives_).Find(folder).path);
+  return LiesIn(path, folder) || LiesIn(path, files_.Find(folder).path);
 }
 
 bool SchemaFiles::MayShowUrlText(const Target& target, const std::string& url,
@@ -283,8 +291,7 @@ SchemaText SchemaFiles::Reread(std::string_view location, std::string_view base,
 }
 
 SchemaText SchemaFiles::ReadFile(const Target& target, std::string_view base) const {
-  host::FileContent content =
-      host::Files(host_, drives_).Read(target.name, options_.maxSchemaBytes);
+  host::FileContent content = files_.Read(target.name, options_.maxSchemaBytes);
   if (content.status == host::FileStatus::kTooLarge) {
     return FailedText(target.name, dom::ParseCode::kTooLarge,
                       TooLarge(target.name, options_.maxSchemaBytes));
@@ -337,12 +344,11 @@ SchemaPlace SchemaFiles::Identify(std::string_view location, std::string_view ba
   const Target target = Aim(location, base);
   if (target.unknownProtocol || target.refused) return {};
   if (target.isUrl) return {target.name, {}};
-  host::Files files(host_, drives_);
-  const host::FoundName found = files.Find(target.name);
-  if (found.status != host::FileStatus::kOk) return {};
-  const auto identity = files.Identify(target.name);
-  if (!identity) return {};
-  return {found.path, StampOf(*identity)};
+  host::FoundName found = files_.Find(target.name);
+  const bool isFile =
+      found.status == host::FileStatus::kOk && found.info.kind == host::FileKind::kRegular;
+  if (!isFile) return {};
+  return {std::move(found.path), StampOf(found.info.identity)};
 }
 
 }  // namespace kx::xdr

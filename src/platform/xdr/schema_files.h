@@ -10,6 +10,7 @@
 
 #include "kxmessage/options.h"
 
+#include "platform/host/files.h"
 #include "platform/host/host.h"
 #include "platform/host/name_lookup.h"
 #include "platform/host/url_fetcher.h"
@@ -35,7 +36,7 @@ class SchemaFiles final : public SchemaSource {
   SchemaFiles(host::Host& host, host::DriveFolders drives, Options options,
               const host::UrlFetcher* fetcher, NamedBy namedBy = NamedBy::kMessage)
       : host_(host),
-        drives_(std::move(drives)),
+        files_(host, std::move(drives)),
         options_(std::move(options)),
         fetcher_(fetcher),
         namedBy_(namedBy) {}
@@ -72,7 +73,7 @@ class SchemaFiles final : public SchemaSource {
                                     std::string_view base) const;
 
   host::Host& host_;
-  host::DriveFolders drives_;
+  host::Files files_;
   Options options_;
   const host::UrlFetcher* fetcher_;
   NamedBy namedBy_;
