@@ -13,12 +13,27 @@ namespace {
 
 std::string BaseName(const dom::Node& node) { return node.BaseName().value_or(std::string()); }
 
-// Creates the attribute when it is missing; only then `makeDefault` is asked.
-template <class MakeDefault>
-void EnsureAttribute(const dom::Node& envelope, std::string_view name,
-                     const MakeDefault& makeDefault) {
-  if (!envelope.At().FindAttribute(name)) envelope.SetAttribute(name, makeDefault());
-}
+// Gives an envelope the attributes that it lacks, one after the other.
+class AttributeSupply {
+ public:
+  explicit AttributeSupply(const dom::Node& envelope)
+      : envelope_(envelope), expected_(envelope.At().FirstAttribute()) {}
+
+  // Only for an attribute that is missing is `makeDefault` asked.
+  template <class MakeDefault>
+  void Ensure(std::string_view name, const MakeDefault& makeDefault) {
+    // Most envelopes have them in the order in which they are asked for.
+    if (expected_ && expected_.QualifiedName() == name) {
+      expected_ = expected_.Next();
+    } else if (!envelope_.At().FindAttribute(name)) {
+      envelope_.SetAttribute(name, makeDefault());
+    }
+  }
+
+ private:
+  const dom::Node& envelope_;
+  dom::Cursor expected_;
+};
 
 }  // namespace
 
@@ -34,8 +49,9 @@ EnvelopeOrigin EnsureEnvelope(const dom::Document& document, std::string_view sc
     document.AsNode().AppendChild(envelope);
     origin = EnvelopeOrigin::kCreated;
   }
-  const auto ensure = [&](std::string_view name, const auto& makeDefault) {
-    EnsureAttribute(envelope, name, makeDefault);
+  AttributeSupply supply(envelope);
+  const auto ensure = [&supply](std::string_view name, const auto& makeDefault) {
+    supply.Ensure(name, makeDefault);
   };
   const auto text = [](std::string_view value) { return [value] { return std::string(value); }; };
   ensure("version", text("1.0.0"));
@@ -54,7 +70,7 @@ EnvelopeOrigin EnsureEnvelope(const dom::Document& document, std::string_view sc
 
 void CheckEnvelope(const dom::Document& document) {
   const dom::Node root = document.DocumentElement();
-  if (BaseName(root) != kEnvelopeName) RaiseMsgError(kxMsgErrorInvalidMessage);
+  if (root.At().LocalName() != kEnvelopeName) RaiseMsgError(kxMsgErrorInvalidMessage);
   static const patterns::Pattern complete = patterns::Compile(
       "KXMessage[@version && @msgType && @uniqueID && @subType && @timeStamp && @schemaURL && "
       "@deliveryOptions && @tag && @class && @deliveryResult]");

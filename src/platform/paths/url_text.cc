@@ -151,6 +151,7 @@ std::optional<std::string> LoaderPath(std::string_view location, PathSystem syst
   if (isFileUrl && system == PathSystem::kPosix && IsRootedWithoutDrive(path)) {
     std::replace(path.begin(), path.end(), '\\', '/');
   }
+  if (path.find('%') == std::string::npos) return path;
   std::string decoded = DecodePercent(path);
   return text::IsValidUtf8(decoded) ? decoded : DecodePercentAs(path, codePage);
 }

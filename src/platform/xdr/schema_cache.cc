@@ -91,7 +91,9 @@ std::size_t SchemaCache::Size() const {
 LoadedGroup CachingProvider::Load(std::string_view uri, std::string_view base) const {
   const std::string_view location = uri.substr(kXSchema.size());
   const SchemaPlace place = source_.Identify(location, base);
-  const std::string key = std::string(uri) + '\n' + place.url;
+  std::string key;
+  key.reserve(uri.size() + place.url.size() + 1);
+  key.append(uri).append(1, '\n').append(place.url);
   Revisit visit(source_);
   if (!place.url.empty()) {
     SharedGroup known = cache_.Find(key);

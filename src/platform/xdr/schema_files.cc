@@ -26,6 +26,7 @@ bool StartsWithCaseless(std::string_view text, std::string_view start) {
 }
 
 bool IsHttp(std::string_view location) {
+  if (!location.starts_with('h') && !location.starts_with('H')) return false;
   return StartsWithCaseless(location, "http://") || StartsWithCaseless(location, "https://");
 }
 
