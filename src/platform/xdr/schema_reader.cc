@@ -60,7 +60,6 @@ Kind KindOf(const Cursor& element) {
 bool MayHold(Kind parent, Kind child) {
   switch (child) {
     case Kind::kElementType:
-      return parent == Kind::kSchema || parent == Kind::kElementType;
     case Kind::kAttributeType:
       return parent == Kind::kSchema || parent == Kind::kElementType;
     case Kind::kElement:
@@ -271,7 +270,7 @@ class SchemaReader {
         OpenDatatype(frame);
         break;
     }
-    stack_.push_back(std::move(frame));
+    stack_.push_back(frame);
   }
 
   void CheckAttributes(const Cursor& at, Kind kind) {
@@ -299,9 +298,9 @@ class SchemaReader {
     return {};
   }
 
-  template <class Value, std::size_t size>
+  template <class Value, std::size_t kCount>
   std::optional<Value> Word(const Cursor& at, std::string_view name,
-                            const Keyword<Value> (&words)[size]) {
+                            const Keyword<Value> (&words)[kCount]) {
     const auto text = Text(at, name);
     if (!text) return std::nullopt;
     for (const Keyword<Value>& word : words) {

@@ -5,10 +5,18 @@
 
 #include <array>
 #include <functional>
+#include <initializer_list>
+#include <string_view>
 
 namespace kx::patterns {
 
 namespace {
+
+std::string Joined(std::initializer_list<std::string_view> parts) {
+  std::string text;
+  for (const std::string_view part : parts) text += part;
+  return text;
+}
 
 // All ordered trees of `size` nodes as nested parentheses around a sequence of trees.
 std::vector<std::string> Forests(int size) {
@@ -17,7 +25,7 @@ std::vector<std::string> Forests(int size) {
   for (int first = 1; first <= size; ++first) {
     for (const std::string& below : Forests(first - 1)) {
       for (const std::string& rest : Forests(size - first)) {
-        forests.push_back("(" + below + ")" + rest);
+        forests.push_back(Joined({"(", below, ")", rest}));
       }
     }
   }
@@ -88,13 +96,13 @@ std::vector<std::string> AllSmallPatterns() {
   for (const std::string start : kSmallStarts) {
     for (const std::string step : kSmallSteps) {
       for (const std::string filter : kSmallFilters) {
-        patterns.push_back(start + step + filter);
-        patterns.push_back(start + "@k" + filter);
-        patterns.push_back("(" + start + step + ")" + filter);
+        patterns.push_back(Joined({start, step, filter}));
+        patterns.push_back(Joined({start, "@k", filter}));
+        patterns.push_back(Joined({"(", start, step, ")", filter}));
         for (const std::string second : kSmallSteps) {
           for (const std::string slash : {"/", "//"}) {
-            patterns.push_back(start + step + filter + slash + second);
-            patterns.push_back(start + step + slash + second + filter);
+            patterns.push_back(Joined({start, step, filter, slash, second}));
+            patterns.push_back(Joined({start, step, slash, second, filter}));
           }
         }
       }
@@ -144,6 +152,7 @@ std::vector<dom::Node> AllNodes(const dom::Document& document) {
   const dom::Cursor root(&document.Data(), dom::kDocumentNode);
   std::vector<dom::NodeId> ids;
   for (dom::Cursor at = root; at; at = at.NextInTree(root)) ids.push_back(at.Id());
+  nodes.reserve(ids.size());
   for (const dom::NodeId id : ids) nodes.emplace_back(dom::Cursor(&document.Data(), id));
   return nodes;
 }

@@ -368,7 +368,7 @@ class Evaluation {
     }
     return list;
   }
-  std::vector<int> Named(std::vector<int> list, const std::string& name) {
+  std::vector<int> Named(const std::vector<int>& list, const std::string& name) {
     const bool anyLocal = name.size() > 2 && name.substr(name.size() - 2) == ":*";
     const std::string prefix = anyLocal ? name.substr(0, name.size() - 1) : "";
     std::vector<int> found;
@@ -378,8 +378,8 @@ class Evaluation {
     }
     return found;
   }
-  std::vector<int> MaybeNamed(std::vector<int> list, const Ast& step) {
-    return step.argument ? Named(std::move(list), step.argument->name) : list;
+  std::vector<int> MaybeNamed(const std::vector<int>& list, const Ast& step) {
+    return step.argument ? Named(list, step.argument->name) : list;
   }
   std::vector<int> Attributes(int node) {
     return At(node).type == NodeType::kElement ? At(node).attributes : std::vector<int>{};
