@@ -56,6 +56,12 @@ class Revisit final : public SchemaSource {
   std::string freshBase_;
 };
 
+std::string KeyOf(std::string_view uri, std::string_view url) {
+  std::string key;
+  key.reserve(uri.size() + url.size() + 1);
+  return key.append(uri).append(1, '\n').append(url);
+}
+
 }  // namespace
 
 SchemaCache& SchemaCache::OfProcess() {
@@ -63,24 +69,31 @@ SchemaCache& SchemaCache::OfProcess() {
   return cache;
 }
 
-SharedGroup SchemaCache::Find(const std::string& key) const {
+SharedGroup SchemaCache::Find(std::string_view uri, std::string_view url) const {
   const std::lock_guard<std::mutex> lock(mutex_);
-  const auto found = groups_.find(key);
-  return found == groups_.end() ? SharedGroup() : found->second;
+  if (last_.group && last_.url == url && last_.uri == uri) return last_.group;
+  const auto found = groups_.find(KeyOf(uri, url));
+  if (found == groups_.end()) return {};
+  last_ = {std::string(uri), std::string(url), found->second};
+  return found->second;
 }
 
 // Full, it starts anew: an entry that is in use comes back with its next use.
-void SchemaCache::Put(const std::string& key, SharedGroup group) {
-  decltype(groups_) dropped;  // freed outside the lock
+void SchemaCache::Put(std::string_view uri, std::string_view url, SharedGroup group) {
+  decltype(groups_) dropped;  // freed outside the lock, as is the last one found
+  Entry last;
   const std::lock_guard<std::mutex> lock(mutex_);
   if (groups_.size() >= kMostEntries) dropped.swap(groups_);
-  groups_[key] = std::move(group);
+  std::swap(last, last_);
+  groups_[KeyOf(uri, url)] = std::move(group);
 }
 
 void SchemaCache::Clear() {
   decltype(groups_) dropped;
+  Entry last;
   const std::lock_guard<std::mutex> lock(mutex_);
   dropped.swap(groups_);
+  std::swap(last, last_);
 }
 
 std::size_t SchemaCache::Size() const {
@@ -91,12 +104,9 @@ std::size_t SchemaCache::Size() const {
 LoadedGroup CachingProvider::Load(std::string_view uri, std::string_view base) const {
   const std::string_view location = uri.substr(kXSchema.size());
   const SchemaPlace place = source_.Identify(location, base);
-  std::string key;
-  key.reserve(uri.size() + place.url.size() + 1);
-  key.append(uri).append(1, '\n').append(place.url);
   Revisit visit(source_);
   if (!place.url.empty()) {
-    SharedGroup known = cache_.Find(key);
+    SharedGroup known = cache_.Find(uri, place.url);
     if (known && visit.IsCurrent(*known, place, location, base)) return {std::move(known), {}};
   }
   SchemaText text = visit.Read(location, base);
@@ -106,7 +116,7 @@ LoadedGroup CachingProvider::Load(std::string_view uri, std::string_view base) c
   const bool identified =
       std::none_of(loaded.group->members.begin(), loaded.group->members.end(),
                    [](const SchemaGroup::Member& member) { return member.stamp.empty(); });
-  if (identified) cache_.Put(key, loaded.group);
+  if (identified) cache_.Put(uri, place.url, loaded.group);
   return loaded;
 }
 

@@ -25,15 +25,23 @@ class SchemaCache {
   /// The cache that the process shares.
   [[nodiscard]] static SchemaCache& OfProcess();
 
-  [[nodiscard]] SharedGroup Find(const std::string& key) const;
-  void Put(const std::string& key, SharedGroup group);
+  /// The group of the namespace `uri` that was found at `url`; null when there is none.
+  [[nodiscard]] SharedGroup Find(std::string_view uri, std::string_view url) const;
+  void Put(std::string_view uri, std::string_view url, SharedGroup group);
   void Clear();
   [[nodiscard]] std::size_t Size() const;
 
  private:
   static constexpr std::size_t kMostEntries = 256;
 
+  struct Entry {
+    std::string uri;
+    std::string url;
+    SharedGroup group;
+  };
+
   mutable std::mutex mutex_;
+  mutable Entry last_;  // what was found last: most programs ask for one schema again and again
   std::unordered_map<std::string, SharedGroup, text::ExactHash, std::equal_to<>> groups_;
 };
 
