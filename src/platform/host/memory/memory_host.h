@@ -4,6 +4,7 @@
 #include "platform/host/host.h"
 #include "platform/host/memory/memory_file_system.h"
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -55,8 +56,8 @@ class MemoryHost final : public Host {
   CalendarTime localTime_{2008, 3, 14, 9, 5, 7, 250};
   CalendarTime utcTime_{2008, 3, 14, 10, 5, 7, 250};
   std::uint64_t ticks_ = 0x1A2;
-  std::uint32_t guidCount_ = 0;
-  int yieldCount_ = 0;
+  std::atomic<std::uint32_t> guidCount_ = 0;
+  std::atomic<int> yieldCount_ = 0;
 };
 
 }  // namespace kx::host
