@@ -13,7 +13,7 @@
 
 namespace kx::host {
 
-/// See above. One thread at a time, but for its files.
+/// See above. What is set, by one thread at a time; the rest as every host.
 class MemoryHost final : public Host {
  public:
   /// A host with the folder "/tmp", the home folder "/home/user", and the time given as 2008-03-14,
