@@ -45,6 +45,7 @@ TEST(MessageThreads, MessagesOfOneSchemaAreMadeLoadedAskedAndChangedAtTheSameTim
     }
   };
   std::vector<std::thread> threads;
+  threads.reserve(8);
   for (int i = 0; i < 8; ++i) threads.emplace_back(work, i);
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(faults, 0);
