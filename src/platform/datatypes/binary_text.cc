@@ -87,6 +87,7 @@ std::optional<Variant::Bytes> DecodeHex(std::string_view text) {
   bytes.reserve(*count);
   int high = -1;
   for (const char c : text) {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): what is no digit is negative in the table
     const int value = kHex[static_cast<unsigned char>(c)];
     if (value < 0) continue;
     if (high < 0) {
@@ -107,6 +108,7 @@ std::optional<Variant::Bytes> DecodeBase64(std::string_view text) {
   std::uint32_t bits = 0;
   unsigned held = 0;
   for (const char c : text) {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): what is no digit is negative in the table
     const int value = kBase64[static_cast<unsigned char>(c)];
     if (value < 0) continue;
     bits = (bits << 6U | static_cast<std::uint32_t>(value)) & 0xFFFFU;

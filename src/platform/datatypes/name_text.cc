@@ -23,8 +23,8 @@ constexpr Range kStarts[] = {
 };
 constexpr Range kParts[] = {{0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}};
 
-template <std::size_t size>
-bool IsIn(const Range (&ranges)[size], char32_t c) noexcept {
+template <std::size_t kCount>
+bool IsIn(const Range (&ranges)[kCount], char32_t c) noexcept {
   return std::any_of(std::begin(ranges), std::end(ranges),
                      [c](const Range& range) { return c >= range.first && c <= range.last; });
 }

@@ -139,14 +139,14 @@ constexpr const char* kModels[] = {
     "((a[bc]?)+a)",   "(((a?b?)c?)+a)"};
 
 Parsed ParsedWithGroup(std::string model) {
-  if (model.back() == '+') model = "(" + model + ")";
+  if (model.back() == '+') model.insert(0, "(").append(")");
   return Parsed(model);
 }
 
 TEST(ContentModel, MatchesExactlyWhatANaiveMatcherDoes) {
   for (const char* text : kModels) {
     std::string model = text;
-    if (model.back() == '+') model = "(" + model + ")";
+    if (model.back() == '+') model.insert(0, "(").append(")");
     const Parsed parsed(model);
     for (int length = 0; length <= 6; ++length) {
       int words = 1;

@@ -88,7 +88,7 @@ TEST(QuickCheck, TakesNoShortTextThatTheRulesRefuse) {
   for (int i = 0; i < datatypes::kDataTypeCount; ++i) {
     const ValueRules rules = Rules(static_cast<DataType>(i));
     const ValueRules bounded = Rules(static_cast<DataType>(i), 1, 3);
-    for (std::size_t number = 0; number < 14 * 14 * 14; ++number) {
+    for (std::size_t number = 0; number < std::size_t{14} * 14 * 14; ++number) {
       std::string text;
       for (std::size_t rest = number; rest != 0; rest /= 14) {
         if (rest % 14 != 0) text += alphabet[rest % 14 - 1];

@@ -130,6 +130,7 @@ TEST_F(Folder, ServesEightThreadsThatLoadAndValidateTheirOwnDocuments) {
   const CachingProvider provider(files, cache);
   const BindingService service(provider);
   std::vector<std::thread> threads;
+  threads.reserve(8);
   std::vector<int> good(8, 0);
   for (int& count : good) {
     threads.emplace_back([&service, &count, this] {

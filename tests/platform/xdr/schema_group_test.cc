@@ -213,7 +213,7 @@ TEST(SchemaGroup, ResolvesSixtyThousandPrefixesAmongAsMany) {
   std::string references;
   for (int i = 0; i < 60000; ++i) {
     const std::string prefix = "p" + std::to_string(i);
-    declarations += " xmlns:" + prefix + "='urn:" + prefix + "'";
+    declarations.append(" xmlns:").append(prefix).append("='urn:").append(prefix).append("'");
     references += "<element type='" + prefix + ":e'/>";
   }
   Workshop workshop;

@@ -351,7 +351,7 @@ TEST(Validator, ReadsTenThousandAttributesOfOneElement) {
     schema += "<AttributeType name='" + name + "' dt:type='int' required='yes'/>";
     references += "<attribute type='" + name + "'/>";
     forward += " " + name + "='1'";
-    backward = " " + name + "='1'" + backward;
+    backward.insert(0, " " + name + "='1'");
   }
   schema += "<ElementType name='r'>" + references + "</ElementType>";
   EXPECT_EQ(ParseAgainst(schema, "<r xmlns='x-schema:s'" + forward + "/>").code, 0);
