@@ -13,27 +13,37 @@ namespace {
 
 std::string BaseName(const dom::Node& node) { return node.BaseName().value_or(std::string()); }
 
-// Gives an envelope the attributes that it lacks, one after the other.
-class AttributeSupply {
+// Tells which attributes an envelope has. Most envelopes have them in the order in which they are
+// asked for.
+class AttributeWalk {
  public:
-  explicit AttributeSupply(const dom::Node& envelope)
-      : envelope_(envelope), expected_(envelope.At().FirstAttribute()) {}
+  explicit AttributeWalk(const dom::Cursor& envelope)
+      : envelope_(envelope), expected_(envelope.FirstAttribute()) {}
 
-  // Only for an attribute that is missing is `makeDefault` asked.
-  template <class MakeDefault>
-  void Ensure(std::string_view name, const MakeDefault& makeDefault) {
-    // Most envelopes have them in the order in which they are asked for.
-    if (expected_ && expected_.QualifiedName() == name) {
-      expected_ = expected_.Next();
-    } else if (!envelope_.At().FindAttribute(name)) {
-      envelope_.SetAttribute(name, makeDefault());
+  [[nodiscard]] bool Has(std::string_view name) {
+    if (!expected_ || expected_.QualifiedName() != name) {
+      return static_cast<bool>(envelope_.FindAttribute(name));
     }
+    expected_ = expected_.Next();
+    return true;
   }
 
  private:
-  const dom::Node& envelope_;
+  dom::Cursor envelope_;
   dom::Cursor expected_;
 };
+
+// True for an envelope as nearly all are, of which the pattern need not be asked.
+bool IsPlainlyComplete(const dom::Cursor& envelope) {
+  if (envelope.QualifiedName() != kEnvelopeName) return false;
+  AttributeWalk attributes(envelope);
+  for (const std::string_view name :
+       {"version", "msgType", "uniqueID", "subType", "timeStamp", "schemaURL", "deliveryOptions",
+        "deliveryResult", "tag", "class"}) {
+    if (!attributes.Has(name)) return false;
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -49,9 +59,9 @@ EnvelopeOrigin EnsureEnvelope(const dom::Document& document, std::string_view sc
     document.AsNode().AppendChild(envelope);
     origin = EnvelopeOrigin::kCreated;
   }
-  AttributeSupply supply(envelope);
-  const auto ensure = [&supply](std::string_view name, const auto& makeDefault) {
-    supply.Ensure(name, makeDefault);
+  AttributeWalk attributes(envelope.At());
+  const auto ensure = [&](std::string_view name, const auto& makeDefault) {
+    if (!attributes.Has(name)) envelope.SetAttribute(name, makeDefault());
   };
   const auto text = [](std::string_view value) { return [value] { return std::string(value); }; };
   ensure("version", text("1.0.0"));
@@ -71,6 +81,7 @@ EnvelopeOrigin EnsureEnvelope(const dom::Document& document, std::string_view sc
 void CheckEnvelope(const dom::Document& document) {
   const dom::Node root = document.DocumentElement();
   if (root.At().LocalName() != kEnvelopeName) RaiseMsgError(kxMsgErrorInvalidMessage);
+  if (IsPlainlyComplete(root.At())) return;
   static const patterns::Pattern complete = patterns::Compile(
       "KXMessage[@version && @msgType && @uniqueID && @subType && @timeStamp && @schemaURL && "
       "@deliveryOptions && @tag && @class && @deliveryResult]");
