@@ -5,6 +5,7 @@
 #include "platform/patterns/evaluator_scan.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace kx::patterns {
 
@@ -19,6 +20,9 @@ bool IsRetired(const dom::DocumentData& data) {
   return data.Owner() != nullptr && data.Owner()->current != &data;
 }
 
+// Tables begin at the document, which a content that a load has replaced no longer has above it.
+constexpr std::uint64_t kEndless = std::numeric_limits<std::uint64_t>::max();
+
 }  // namespace
 
 Evaluator::Evaluator(const Code& code, const dom::Cursor& start, const QueryOptions& options)
@@ -32,7 +36,9 @@ Evaluator::Evaluator(const Code& code, const dom::Cursor& start, const QueryOpti
       names_(code, start.Data().Names()),
       order_(start.Data()),
       texts_(start.Data()),
-      patience_(options.patience.value_or(start.Data().NodeCount() + std::uint64_t{64})) {}
+      patience_(retired_
+                    ? kEndless
+                    : options.patience.value_or(start.Data().NodeCount() + std::uint64_t{64})) {}
 
 std::vector<NodeId> Evaluator::SelectAll() {
   stack_.clear();

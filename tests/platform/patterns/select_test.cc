@@ -139,5 +139,22 @@ TEST(SelectNodes, MayBeAskedOfOneFrozenDocumentByEightThreads) {
   EXPECT_EQ(wrong, 0);
 }
 
+TEST(SelectNodes, GivesTheSameByTablesInAContentThatALoadReplaced) {
+  const dom::Document document = Parsed("<a><b/><c/><a><b/><c/><b/></a></a>");
+  const dom::Node former = document.DocumentElement();
+  ASSERT_TRUE(document.LoadXml("<other/>"));
+  for (const char* text :
+       {".//(c|//b[0])[1]", ".//(c|//b[0])[0]", ".//(//b[0]|c)[2]", ".//(c|//b[0])[end()]",
+        ".//(c|//b)[1]", ".//(c|/a/b)[0]", ".//b[ancestor(/a)]"}) {
+    const Pattern pattern = Compile(text);
+    QueryOptions byTables;
+    byTables.patience = 0;
+    const dom::NodeList list = SelectNodes(former, pattern);
+    const dom::NodeList same = SelectNodes(former, pattern, byTables);
+    ASSERT_EQ(list.Length(), same.Length()) << text;
+    for (std::int32_t i = 0; i < list.Length(); ++i) EXPECT_EQ(list.Item(i), same.Item(i)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace kx::patterns
