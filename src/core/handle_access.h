@@ -16,6 +16,10 @@ class HandleAccess {
   [[nodiscard]] static T Wrap(const runtime::Counted<Impl>& object) {
     return T(ObjectRef(object.Get()));
   }
+  template <typename T>
+  [[nodiscard]] static T Wrap(const ObjectRef& object) {
+    return T(object);
+  }
   /// The object behind a handle, which is one of class `Impl`. Raises: 91 for a handle of nothing.
   template <typename Impl>
   [[nodiscard]] static Impl& Of(const Handle& handle) {

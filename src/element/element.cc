@@ -49,4 +49,38 @@ std::string KXMsgElement::TextValue() const { return Of(*this).TextValue(); }
 
 std::string KXMsgElement::XML() const { return Of(*this).Xml(); }
 
+KXMsgElement KXMsgElement::AddChild(std::string& NodeName) const {
+  return HandleAccess::Wrap<KXMsgElement>(Of(*this).AddChild(NodeName));
+}
+
+void KXMsgElement::RemoveChildKey(const Variant& Key) const { Of(*this).RemoveChildKey(Key); }
+
+KXMsgElement KXMsgElement::RemoveChild(const KXMsgElement& Child) const {
+  Of(*this).RemoveChild(Of(Child));
+  return nullptr;
+}
+
+KXMsgElement KXMsgElement::InsertChild(const KXMsgElement& Child) const {
+  return HandleAccess::Wrap<KXMsgElement>(Of(*this).InsertChild(Of(Child)));
+}
+
+KXMsgElement KXMsgElement::ReplaceChild(const KXMsgElement& ReplacementChild,
+                                        std::int32_t Occurrence) const {
+  return HandleAccess::Wrap<KXMsgElement>(Of(*this).ReplaceChild(Of(ReplacementChild), Occurrence));
+}
+
+std::int16_t KXMsgElement::GroupNumber() const { return Of(*this).GroupNumber(); }
+
+std::int16_t KXMsgElement::NumberOfGroups() const { return Of(*this).NumberOfGroups(); }
+
+std::int16_t KXMsgElement::CurrentGroup() const { return Of(*this).CurrentGroup(); }
+
+KXMsgValidElements KXMsgElement::KnownGroupElements(std::int16_t GroupNumber) const {
+  return HandleAccess::Wrap<KXMsgValidElements>(Of(*this).KnownGroupElements(GroupNumber));
+}
+
+void KXMsgElement::ReplaceGroup(std::int16_t GroupNumber) const {
+  Of(*this).ReplaceGroup(GroupNumber);
+}
+
 }  // namespace kx

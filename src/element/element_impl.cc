@@ -1,4 +1,5 @@
-// Navigation of the wrapper; see element_impl.h. Values are in element_value.cc.
+// Navigation of the wrapper; see element_impl.h. Values are in element_value.cc, the editing of
+// children in element_children.cc, groups in element_groups.cc.
 #include "element/element_impl.h"
 
 #include "core/envelope.h"
@@ -32,7 +33,13 @@ Counted<ElementImpl> ElementImpl::Wrap(const schema::SharedContext& context,
   if (!element || element.Type() != dom::NodeType::kElement) {
     runtime::RaiseRuntimeError(runtime::kObjectNotSet);
   }
-  const xdr::Binding binding = xdr::FindBinding(element.At());
+  return WrapAs(context, element, element);
+}
+
+// A wrapper of `element` by the definition of the element `declared`.
+Counted<ElementImpl> ElementImpl::WrapAs(const schema::SharedContext& context,
+                                         const dom::Node& element, const dom::Node& declared) {
+  const xdr::Binding binding = xdr::FindBinding(declared.At());
   if (!binding || binding.isInline) runtime::RaiseRuntimeError(runtime::kObjectNotSet);
   const dom::Document& schema = binding.schema->Document();
   const dom::Cursor type(&schema.Data(), binding.element->node);
@@ -88,12 +95,17 @@ Counted<ElementImpl> ElementImpl::ChildNamed(const std::string& name, const Vari
 
 // Deliberate: reading an optional or repeatable child that is not there creates it.
 Counted<ElementImpl> ElementImpl::CreateChild(const std::string& name) const {
-  const dom::Node type = context_->elementTypes.RequireElementType(name);
-  const dom::Node child = schema::BuildDefaultContent(
-      context_->document, node_, type, context_->elementTypes, {}, schema::BuildBounds(*context_));
-  node_.AppendChild(child);
-  return Wrap(context_, child);
+  return Wrap(context_, AppendNew(context_->elementTypes.RequireElementType(name)));
 }
+
+// A new child with its minimum content, behind all others.
+dom::Node ElementImpl::AppendNew(const dom::Node& elementType) const {
+  return node_.AppendChild(schema::BuildDefaultContent(context_->document, node_, elementType,
+                                                       context_->elementTypes, {},
+                                                       schema::BuildBounds(*context_)));
+}
+
+std::string ElementImpl::BaseName() const { return node_.BaseName().value_or(std::string()); }
 
 std::int32_t ElementImpl::Count() const {
   return static_cast<std::int32_t>(dom::CountElements(node_.Data(), node_.At().Id()));

@@ -15,6 +15,7 @@
 #include "platform/runtime/counted.h"
 #include "schema/element_context.h"
 #include "schema/element_info_impl.h"
+#include "schema/valid_elements_impl.h"
 
 #include <cstdint>
 #include <string>
@@ -51,17 +52,41 @@ class ElementImpl final : public runtime::PlainObject, private runtime::LiveObje
   [[nodiscard]] Variant Value() const;
   void Value(const Variant& value);
   [[nodiscard]] std::string TextValue() const;
+  runtime::Counted<ElementImpl> AddChild(std::string& name);
+  void RemoveChildKey(const Variant& key);
+  void RemoveChild(const ElementImpl& child);
+  runtime::Counted<ElementImpl> InsertChild(const ElementImpl& child);
+  runtime::Counted<ElementImpl> ReplaceChild(const ElementImpl& replacement,
+                                             std::int32_t occurrence);
+  [[nodiscard]] std::int16_t GroupNumber() const;
+  [[nodiscard]] std::int16_t NumberOfGroups() const;
+  [[nodiscard]] std::int16_t CurrentGroup() const;
+  [[nodiscard]] runtime::Counted<schema::ValidElementsImpl> KnownGroupElements(
+      std::int16_t groupNumber) const;
+  void ReplaceGroup(std::int16_t groupNumber) const;
 
+  /// Where the attribute collection is kept, once it was asked for.
+  [[nodiscard]] ObjectRef& KeptAttributes() noexcept { return attributes_; }
   /// The list for an enumeration; kept when it is not empty.
   [[nodiscard]] core::SharedSnapshot EnumerationList();
-  /// A child was added, removed, inserted or replaced: the next enumeration makes its list anew.
-  void ReleaseChildSnapshot() noexcept { childSnapshot_.Reset(); }
 
  private:
+  [[nodiscard]] static runtime::Counted<ElementImpl> WrapAs(const schema::SharedContext& context,
+                                                            const dom::Node& element,
+                                                            const dom::Node& declared);
+  [[nodiscard]] std::string BaseName() const;
   [[nodiscard]] runtime::Counted<ElementImpl> ChildAt(std::int32_t zeroBased) const;
   [[nodiscard]] runtime::Counted<ElementImpl> ChildNamed(const std::string& name,
                                                          const Variant& key) const;
   [[nodiscard]] runtime::Counted<ElementImpl> CreateChild(const std::string& name) const;
+  dom::Node AppendNew(const dom::Node& elementType) const;
+  [[nodiscard]] std::string NameOfOnlyChild() const;
+  void CheckCanHaveChildren() const;
+  void CheckNotPresent(const dom::Node& declaration, const std::string& name) const;
+  void CheckNotRequired(const dom::Node& declaration, const std::string& name) const;
+  [[nodiscard]] bool IsForeign(const ElementImpl& child) const;
+  void CheckForeign(const std::string& name) const;
+  void Remove(const dom::Node& child);
   [[nodiscard]] core::SharedSnapshot BuildChildSnapshot() const;
   void CheckHasValue() const;
   [[nodiscard]] bool StoreValue(const Variant& value, bool typed) const;
@@ -72,6 +97,7 @@ class ElementImpl final : public runtime::PlainObject, private runtime::LiveObje
   dom::Cursor elementType_;
   xdr::SharedSchema otherSchema_;
   runtime::Counted<schema::ElementInfoImpl> info_;
+  ObjectRef attributes_;
   core::SharedSnapshot childSnapshot_;
 };
 

@@ -15,7 +15,7 @@
 
 namespace kx::schema {
 
-std::int32_t ValidElementsImpl::Count() const { return ElementDeclarations(declaration_).Length(); }
+std::int32_t ValidElementsImpl::Count() const { return Declarations().Length(); }
 
 bool ValidElementsImpl::Exists(std::string_view name) const {
   return static_cast<bool>(FindElementDeclaration(declaration_, name));
@@ -25,7 +25,7 @@ dom::Node ValidElementsImpl::FindDeclaration(const Variant& key) const {
   const runtime::PositionOrName place = runtime::ReadKey(key);
   dom::Node found;
   if (place.IsPosition()) {
-    const dom::NodeList declarations = ElementDeclarations(declaration_);
+    const dom::NodeList declarations = Declarations();
     if (place.IsWithin(declarations.Length())) found = declarations.Item(place.ZeroBased());
   } else {
     found = FindElementDeclaration(declaration_, place.name, Quotes::kDouble);
@@ -35,8 +35,12 @@ dom::Node ValidElementsImpl::FindDeclaration(const Variant& key) const {
 }
 
 runtime::Counted<ElementInfoImpl> ValidElementsImpl::Element(const Variant& key) const {
+  return Describe(FindDeclaration(key));
+}
+
+runtime::Counted<ElementInfoImpl> ValidElementsImpl::Describe(const dom::Node& declaration) const {
   const dom::Node type =
-      context_->elementTypes.RequireElementType(AttributeText(FindDeclaration(key), "type"));
+      context_->elementTypes.RequireElementType(AttributeText(declaration, "type"));
   const dom::Node scratch = BuildDefaultContent(context_->document, parent_, type,
                                                 context_->elementTypes, {}, BuildBounds(*context_));
   const dom::Node scratchParent = parent_.CloneNode(dom::CloneDepth::kShallow);
@@ -50,10 +54,13 @@ runtime::Counted<ElementInfoImpl> ValidElementsImpl::Element(const Variant& key)
 
 const core::SharedSnapshot& ValidElementsImpl::EnumerationList() {
   if (!snapshot_) {
-    const std::int16_t count = core::SnapshotCount(Count());
+    const dom::NodeList declarations = Declarations();
+    const std::int16_t count = core::SnapshotCount(declarations.Length());
     std::vector<ObjectRef> items;
     items.reserve(static_cast<std::size_t>(count));
-    for (std::int32_t i = 1; i <= count; ++i) items.emplace_back(Element(i).Get());
+    for (std::int32_t i = 0; i < count; ++i) {
+      items.emplace_back(Describe(declarations.Item(i)).Get());
+    }
     snapshot_ = runtime::MakeCounted<const core::Snapshot>(std::move(items));
   }
   return snapshot_;

@@ -5,7 +5,9 @@
 
 #include "core/snapshot.h"
 #include "platform/dom/node.h"
+#include "platform/dom/node_list.h"
 #include "platform/runtime/counted.h"
+#include "schema/declarations.h"
 #include "schema/element_context.h"
 #include "schema/element_info_impl.h"
 
@@ -29,6 +31,10 @@ class ValidElementsImpl final : public runtime::PlainObject, private runtime::Li
   [[nodiscard]] bool Exists(std::string_view name) const;
   [[nodiscard]] runtime::Counted<ElementInfoImpl> Element(const Variant& key) const;
   [[nodiscard]] const core::SharedSnapshot& EnumerationList();
+
+  /// All declarations in their order, and what Element tells of one of them.
+  [[nodiscard]] dom::NodeList Declarations() const { return ElementDeclarations(declaration_); }
+  [[nodiscard]] runtime::Counted<ElementInfoImpl> Describe(const dom::Node& declaration) const;
 
  private:
   [[nodiscard]] dom::Node FindDeclaration(const Variant& key) const;
