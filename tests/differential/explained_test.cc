@@ -35,6 +35,8 @@ constexpr KindCase kKindCases[] = {
     {"declarations after unread ones", Peer::kLibxml,
      "<!DOCTYPE a [<!ENTITY % p SYSTEM 's'>%p;<!ATTLIST a b CDATA 'd'>]><a/>"},
     {"fragments", Peer::kLibxml, "<!DOCTYPE a [<!ENTITY e SYSTEM 's#f'>]><a/>"},
+    {"system identifiers that are no URI", Peer::kLibxml,
+     "<!DOCTYPE a [<!ENTITY e SYSTEM '<'>]><a>&e;</a>"},
     {"white space after DOCTYPE", Peer::kLibxml, "<!DOCTYPEa []><a/>"},
     {"subset after the declaration", Peer::kLibxml, "<!DOCTYPE a >[<!ENTITY e ''>]><a/>"},
     {"colons in declared names", Peer::kLibxml, "<!DOCTYPE a [<!ELEMENT b: ANY>]><a/>"},
