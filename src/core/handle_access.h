@@ -20,12 +20,17 @@ class HandleAccess {
   [[nodiscard]] static T Wrap(const ObjectRef& object) {
     return T(object);
   }
-  /// The object behind a handle, which is one of class `Impl`. Raises: 91 for a handle of nothing.
+  /// The object behind a handle, which is one of class `Impl`; null for a handle of nothing.
+  template <typename Impl>
+  [[nodiscard]] static Impl* Find(const Handle& handle) noexcept {
+    return static_cast<Impl*>(handle.object_.Get());
+  }
+  /// The same. Raises: 91 for a handle of nothing.
   template <typename Impl>
   [[nodiscard]] static Impl& Of(const Handle& handle) {
-    Object* const object = handle.object_.Get();
+    Impl* const object = Find<Impl>(handle);
     if (object == nullptr) runtime::RaiseRuntimeError(runtime::kObjectNotSet);
-    return static_cast<Impl&>(*object);
+    return *object;
   }
 };
 

@@ -13,6 +13,11 @@ element::ElementImpl& Of(const KXMsgElement& element) {
   return HandleAccess::Of<element::ElementImpl>(element);
 }
 
+// An argument, which may be nothing.
+const element::ElementImpl* Find(const KXMsgElement& element) {
+  return HandleAccess::Find<element::ElementImpl>(element);
+}
+
 }  // namespace
 
 KXMsgElement KXMsgElement::Parent() const {
@@ -56,17 +61,18 @@ KXMsgElement KXMsgElement::AddChild(std::string& NodeName) const {
 void KXMsgElement::RemoveChildKey(const Variant& Key) const { Of(*this).RemoveChildKey(Key); }
 
 KXMsgElement KXMsgElement::RemoveChild(const KXMsgElement& Child) const {
-  Of(*this).RemoveChild(Of(Child));
+  Of(*this).RemoveChild(Find(Child));
   return nullptr;
 }
 
 KXMsgElement KXMsgElement::InsertChild(const KXMsgElement& Child) const {
-  return HandleAccess::Wrap<KXMsgElement>(Of(*this).InsertChild(Of(Child)));
+  return HandleAccess::Wrap<KXMsgElement>(Of(*this).InsertChild(Find(Child)));
 }
 
 KXMsgElement KXMsgElement::ReplaceChild(const KXMsgElement& ReplacementChild,
                                         std::int32_t Occurrence) const {
-  return HandleAccess::Wrap<KXMsgElement>(Of(*this).ReplaceChild(Of(ReplacementChild), Occurrence));
+  return HandleAccess::Wrap<KXMsgElement>(
+      Of(*this).ReplaceChild(Find(ReplacementChild), Occurrence));
 }
 
 std::int16_t KXMsgElement::GroupNumber() const { return Of(*this).GroupNumber(); }

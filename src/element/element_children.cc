@@ -23,6 +23,11 @@ using runtime::Counted;
 
 namespace {
 
+const ElementImpl& Required(const ElementImpl* argument) {
+  if (argument == nullptr) runtime::RaiseRuntimeError(runtime::kObjectNotSet);
+  return *argument;
+}
+
 bool HasSingle(const dom::Node& declaration, std::string_view occurrences) {
   return schema::AttributeText(declaration, occurrences, "1") == "1";
 }
@@ -108,8 +113,9 @@ void ElementImpl::RemoveChildKey(const Variant& key) {
   Remove(child->node_);
 }
 
-void ElementImpl::RemoveChild(const ElementImpl& child) {
+void ElementImpl::RemoveChild(const ElementImpl* argument) {
   CheckCanHaveChildren();
+  const ElementImpl& child = Required(argument);
   const std::string name = child.BaseName();
   const dom::Node declaration = schema::FindElementDeclaration(ElementType(), name);
   if (!declaration && child.node_.ParentNode() != node_) {
@@ -121,8 +127,9 @@ void ElementImpl::RemoveChild(const ElementImpl& child) {
 
 // ---- Copies of elements that are there already --------------------------------------------------
 
-Counted<ElementImpl> ElementImpl::InsertChild(const ElementImpl& child) {
+Counted<ElementImpl> ElementImpl::InsertChild(const ElementImpl* argument) {
   CheckCanHaveChildren();
+  const ElementImpl& child = Required(argument);
   const std::string name = child.BaseName();
   if (IsForeign(child)) {
     CheckForeign(name);
@@ -137,9 +144,10 @@ Counted<ElementImpl> ElementImpl::InsertChild(const ElementImpl& child) {
   return inserted;
 }
 
-Counted<ElementImpl> ElementImpl::ReplaceChild(const ElementImpl& replacement,
+Counted<ElementImpl> ElementImpl::ReplaceChild(const ElementImpl* argument,
                                                std::int32_t occurrence) {
   CheckCanHaveChildren();
+  const ElementImpl& replacement = Required(argument);
   const std::string name = replacement.BaseName();
   if (IsForeign(replacement)) {
     CheckForeign(name);

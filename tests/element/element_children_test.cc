@@ -338,6 +338,7 @@ TEST_F(ElementChildrenTest, WhatCannotBeRemoved) {
   } const rows[] = {
       {root["Leaf"], root["Part"], Code(kxMsgErrorNoChildren),
        "This element cannot contain children."},
+      {root["Leaf"], nullptr, Code(kxMsgErrorNoChildren), "This element cannot contain children."},
       {root["Part"], root["Part"]["Leaf"], Code(kxMsgErrorRequiredChild),
        "This child is required."},
       {root["One"], root["Part"], Code(kxMsgErrorInvalidChild), "Invalid child 'Part'"},
@@ -405,6 +406,7 @@ TEST_F(ElementChildrenTest, WhatCannotBeInserted) {
        "This element cannot contain children."},
       {root["Bare"], root["Part"], Code(kxMsgErrorNoChildren),
        "This element cannot contain children."},
+      {root["Bare"], nullptr, Code(kxMsgErrorNoChildren), "This element cannot contain children."},
       {root["Part"], foreign, Code(kxMsgErrorWrongNameSpace),
        "Child 'Part' has a different namespace/schema than element 'Part'."},
       {root["Many"], foreign["Leaf"], Code(kxMsgErrorWrongNameSpace),
@@ -484,6 +486,8 @@ TEST_F(ElementChildrenTest, WhatCannotBeReplaced) {
     const char* description;
   } const rows[] = {
       {root["Leaf"], root["Part"], 1, Code(kxMsgErrorNoChildren),
+       "This element cannot contain children."},
+      {root["Leaf"], nullptr, 1, Code(kxMsgErrorNoChildren),
        "This element cannot contain children."},
       {root["Many"], foreign["Leaf"], 1, Code(kxMsgErrorWrongNameSpace),
        "Child 'Leaf' has a different namespace/schema than element 'Many'."},
