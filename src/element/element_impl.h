@@ -54,10 +54,9 @@ class ElementImpl final : public runtime::PlainObject, private runtime::LiveObje
   [[nodiscard]] std::string TextValue() const;
   runtime::Counted<ElementImpl> AddChild(std::string& name);
   void RemoveChildKey(const Variant& key);
-  void RemoveChild(const ElementImpl* child);
-  runtime::Counted<ElementImpl> InsertChild(const ElementImpl* child);
-  runtime::Counted<ElementImpl> ReplaceChild(const ElementImpl* replacement,
-                                             std::int32_t occurrence);
+  void RemoveChild(const ElementImpl* argument);
+  runtime::Counted<ElementImpl> InsertChild(const ElementImpl* argument);
+  runtime::Counted<ElementImpl> ReplaceChild(const ElementImpl* argument, std::int32_t occurrence);
   [[nodiscard]] std::int16_t GroupNumber() const;
   [[nodiscard]] std::int16_t NumberOfGroups() const;
   [[nodiscard]] std::int16_t CurrentGroup() const;

@@ -89,7 +89,8 @@ TEST_F(ElementGroupsTest, AGroupTellsItsElementsInOrder) {
   EXPECT_EQ(second[2].Name(), "D");
   EXPECT_FALSE(second.Exists("N"));
   EXPECT_NE(root.KnownGroupElements(2), second);
-  for (const std::int16_t number : {-1, 0, 3, 32767}) {
+  constexpr std::int16_t kNone[] = {-1, 0, 3, 32767};
+  for (const std::int16_t number : kNone) {
     EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.KnownGroupElements(number)); }),
               Code(kxMsgErrorInvalidGroup));
   }
