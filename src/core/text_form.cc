@@ -23,7 +23,6 @@ constexpr std::size_t kNone = std::string_view::npos;
 // One declaration of a text, by offsets.
 struct Declaration {
   std::size_t name = 0;      // of "xmlns"
-  std::size_t value = 0;     // behind the opening quote
   std::size_t location = 0;  // behind the prefix
   std::size_t close = 0;     // the closing quote
 };
@@ -85,7 +84,7 @@ class Canonicalizer {
     }
     const std::optional<std::size_t> location = LocationOffset(text_, value);
     if (!location) RaiseMsgError(kxMsgErrorNoSchema);
-    const Declaration at{name, value, *location, ClosingQuote(text_, *location)};
+    const Declaration at{name, *location, ClosingQuote(text_, *location)};
     const std::string_view named = text_.substr(at.location, at.close - at.location);
     if (named.empty()) return;
     if (isFirst_) {

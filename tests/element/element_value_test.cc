@@ -138,6 +138,18 @@ TEST_F(ElementValueTest, AnOlderListOfChildrenIsUsedAsItIs) {
   EXPECT_EQ(element.XML(), "<Mixed xmlns=\"ref-schema:\">b</Mixed>");
 }
 
+TEST_F(ElementValueTest, AMixedElementWithMoreThan32767ChildrenKeepsItsText) {
+  std::string children;
+  for (int i = 0; i < 32767; ++i) children += "<Int>1</Int>";
+  const KXMsgElement most = Child("<Mixed>a" + children + "</Mixed>");
+  most.Value("b");
+  EXPECT_EQ(most.Count(), 32767);
+  const KXMsgElement tooMany = Child("<Mixed>a" + children + "<Int>1</Int></Mixed>");
+  EXPECT_EQ(ErrorOf([&] { tooMany.Value("b"); }), RuntimeError(6));
+  EXPECT_EQ(tooMany.TextValue().substr(0, 2), "a1");
+  EXPECT_EQ(tooMany.Count(), 32768);
+}
+
 TEST_F(ElementValueTest, AnElementWithoutATypeOfItsOwnGetsThatOfItsDeclaration) {
   struct {
     const char* content;

@@ -3,7 +3,7 @@
 
 #include "kxmessage/error_codes.h"
 
-#include "support/message_world.h"
+#include "support/bare_element.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -78,6 +78,33 @@ TEST_F(ValidElementsTest, WhatIsNotThereIsNoChild) {
     EXPECT_EQ(ErrorOf([&] { static_cast<void>(valid_.Element(row.key)); }, &description), row.error)
         << row.description;
     EXPECT_EQ(description, row.description);
+  }
+}
+
+// An item is a new element of its type; what keeps that from being built is told.
+TEST_F(ValidElementsTest, AnElementThatCannotBeBuiltIsTheErrorOfItsConstruction) {
+  struct {
+    const char* declarations;
+    std::uint32_t error;
+  } const rows[] = {
+      {"", RuntimeError(5)},
+      {"<ElementType name='C'><attribute type='gone'/></ElementType>",
+       Code(kxMsgErrorUnknownAttribute)},
+      {"<ElementType name='C'><element type='Gone'/></ElementType>", RuntimeError(5)},
+      {"<ElementType name='C'><element type='C'/></ElementType>", RuntimeError(28)},
+  };
+  for (const auto& row : rows) {
+    const test::BareElement bare(
+        world_,
+        row.declarations + std::string("<ElementType name='R' content='eltOnly'>"
+                                       "<element type='C'/></ElementType>"),
+        "R", "<R/>");
+    const KXMsgValidElements valid = bare.Element().KnownValidChildren();
+    EXPECT_TRUE(valid.Exists("C"));
+    EXPECT_EQ(ErrorOf([&] { static_cast<void>(valid.Element("C")); }), row.error)
+        << row.declarations;
+    EXPECT_EQ(ErrorOf([&] { static_cast<void>(valid.begin()); }), row.error) << row.declarations;
+    EXPECT_EQ(bare.Xml(), "<R/>");
   }
 }
 
