@@ -11,14 +11,17 @@
 //     groups, texts of nested elements, order in edited documents) are watched: when one has cost
 //     as much as the document is big, it is answered for all nodes at once, by a table
 //     (evaluator_tables.cc, tree_index.h). All work is counted; a test holds the counts.
-//   - Not linear remain: comparing each of many members with a right side that differs by
-//     candidate, "index()" compared with such a side in groups that overlap, and the order ("<") of
-//     long texts that begin alike.
+//   - Where candidates ask different things of sets that overlap (a place far from the ends of a
+//     group, "$any$" of members compared with what differs by candidate), the sets are listed as
+//     spans of one list, with the values in order beside it (evaluator_lists.cc, value_list.h).
+//   - Long texts that begin alike are compared by what is known of their parts (text_prints.h).
+//   - What is not linear: docs/architecture.md.
 //   - Recursion follows the pattern's own nesting, which is bounded, never the document's depth.
 //
 // What lives where: this file and evaluator.cc, sets and paths; evaluator_steps.cc, candidates and
-// filters; evaluator_values.cc, conditions and comparisons; evaluator_matching.cc, ancestors and
-// matching; evaluator_tables.cc, tables for all nodes.
+// filters; evaluator_values.cc, conditions and comparisons; evaluator_members.cc, those of any and
+// all; evaluator_matching.cc, ancestors and matching; evaluator_tables.cc, tables for all nodes;
+// evaluator_lists.cc, lists of overlapping sets.
 #pragma once
 
 #include "platform/dom/cursor.h"
@@ -29,8 +32,11 @@
 #include "platform/patterns/node_text.h"
 #include "platform/patterns/pattern_code.h"
 #include "platform/patterns/query_options.h"
+#include "platform/patterns/set_listing.h"
 #include "platform/patterns/tree_index.h"
+#include "platform/patterns/value_list.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -109,6 +115,17 @@ class Evaluator {
     std::uint64_t places;
     LeadEnd end;
   };
+  /// How the members of a set are read to be compared.
+  enum class Reading : unsigned char {
+    kTexts,
+    kNumbers,
+    kDates,
+    kTypedNumbers,   ///< of those that have such a type
+    kAllButNumbers,  ///< the texts of the others
+    kTypedDates,     ///< of those that have such a type
+    kAllButDates,    ///< the texts of the others
+  };
+  static constexpr std::size_t kReadings = 7;
   /// What only some queries need.
   struct Memory {
     std::unique_ptr<TreeIndex> index;
@@ -116,8 +133,19 @@ class Evaluator {
     std::unordered_map<ExprId, Site> sites;
     std::unordered_map<ExprId, Site> secondSites;
     std::unordered_map<ExprId, MatchSite> matchSites;
+    std::unordered_map<ExprId, std::unique_ptr<SetListing>> listings;  // null: it has none
+    std::unordered_map<ExprId, std::array<std::optional<ValueList>, kReadings>> values;
+    /// Truths that no table has, by rank.
+    std::unordered_map<ExprId, std::unordered_map<Rank, bool>> truths;
     std::optional<std::unordered_map<std::string, NodeId>> ids;
     std::size_t longestId = 0;
+
+    void Keep(ExprId id, Rank rank, bool holds) { truths[id][rank] = holds; }
+    [[nodiscard]] std::optional<bool> Find(ExprId id, Rank rank) {
+      const auto& known = truths[id];
+      const auto found = known.find(rank);
+      return found == known.end() ? std::nullopt : std::optional(found->second);
+    }
   };
   Memory& Remembered() {
     if (!memory_) memory_ = std::make_unique<Memory>();
@@ -218,15 +246,10 @@ class Evaluator {
   [[nodiscard]] bool HoldsForList(const Expr& expr, const Place& place);
   [[nodiscard]] bool IsValueTrue(const Value& value);
   [[nodiscard]] bool HoldsComparison(ExprId id, const Place& place);
-  [[nodiscard]] ExprId MembersOf(const Expr& expr) const;
-  [[nodiscard]] bool HoldsForMembers(ExprId id, const Place& place);
-  [[nodiscard]] bool HoldsDirectly(const Expr& expr, ExprId members, const Place& place);
-  [[nodiscard]] bool RightMissing(const Expr& expr, ExprId members, const Place& place);
-  [[nodiscard]] bool HoldsByWatching(ExprId id, ExprId members, const Place& place);
-  [[nodiscard]] LeadTable DecidingRanks(const Expr& expr);
-  [[nodiscard]] bool HoldsForMember(const Expr& expr, const Place& member, const Value& right);
   [[nodiscard]] bool HoldsForValues(const Expr& expr, const Value& left, const Value& right);
   [[nodiscard]] bool HoldsForNodes(const Expr& expr, const Value& left, const Value& right);
+  [[nodiscard]] bool HoldsForTextsOf(const Expr& expr, std::string_view left,
+                                     std::string_view right);
   [[nodiscard]] Value OperandValue(ExprId id, const Place& place);
   [[nodiscard]] Value InfoValue(const Expr& expr, const Place& place);
   [[nodiscard]] Value MethodValue(const Expr& expr, const Place& subject);
@@ -236,6 +259,7 @@ class Evaluator {
   [[nodiscard]] static Value NumberValue(double number);
   [[nodiscard]] std::string_view NodeNameOf(NodeId node) const;
   [[nodiscard]] NodeTexts& Texts();
+  void IndexTexts();
   [[nodiscard]] std::string_view WithoutBlanks(NodeId node);
   [[nodiscard]] std::string_view TextOf(NodeId node, std::string& buffer);
   [[nodiscard]] std::string_view TextOf(const Value& value, std::string& buffer);
@@ -247,6 +271,29 @@ class Evaluator {
   [[nodiscard]] bool IsAttribute(NodeId node) const {
     return At(node).Type() == dom::NodeType::kAttribute;
   }
+
+  // Any and all of many (evaluator_members.cc)
+  // -----------------------------------------------------
+
+  [[nodiscard]] ExprId MembersOf(const Expr& expr) const;
+  [[nodiscard]] bool AsksPlaces(const Expr& expr) const;
+  [[nodiscard]] bool HoldsForMembers(ExprId id, const Place& place);
+  [[nodiscard]] bool HoldsDirectly(const Expr& expr, ExprId members, const Place& place);
+  [[nodiscard]] bool RightMissing(const Expr& expr, ExprId members, const Place& place);
+  [[nodiscard]] bool HoldsByWatching(ExprId id, ExprId members, const Place& place);
+  [[nodiscard]] bool HoldsByTable(ExprId id, ExprId members, Rank rank);
+  [[nodiscard]] LeadTable DecidingRanks(const Expr& expr);
+  [[nodiscard]] bool HoldsForMember(const Expr& expr, const Place& member, const Value& right);
+  [[nodiscard]] std::optional<bool> HoldsByListing(ExprId id, ExprId members, Rank rank,
+                                                   const Place& place);
+  [[nodiscard]] bool HoldsForPlaces(const Expr& expr, std::uint32_t count, const Value& right);
+  [[nodiscard]] bool SomeListed(ExprId id, const SetListing& listing, Rank rank,
+                                const Value& right);
+  [[nodiscard]] bool SomeListedAs(ExprId id, Reading reading, const SetListing& listing, Rank rank,
+                                  const Value& right);
+  [[nodiscard]] ValueList::TextOrder OrderOf(const Expr& expr);
+  [[nodiscard]] const ValueList& ValuesOf(ExprId id, Reading reading, const SetListing& listing);
+  void ReadMember(const Expr& expr, Reading reading, NodeId node, ValueList& values);
 
   // Matching (evaluator_matching.cc)
   // ---------------------------------------------------------------
@@ -269,6 +316,7 @@ class Evaluator {
     Rank to;
     Rank from;
   };
+  void AddMatchesBelowShared(const Expr& rest, std::vector<Way>& ways, std::vector<bool>& matches);
   [[nodiscard]] std::vector<Way> WaysThrough(const Step& step);
   void FindRanks(const Expr& path, Rank context, std::vector<Rank>& found);
   [[nodiscard]] bool AddMatchesThrough(const Expr& path, std::vector<bool>& matches);
@@ -300,8 +348,41 @@ class Evaluator {
   void SpreadUpwards(LeadTable& table);
   [[nodiscard]] std::optional<Pick> PickOf(const Step& step) const;
   void PushGroup(const Step& step, NodeId context);
+  [[nodiscard]] std::optional<Rank> FindPlace(const Step& step, const Pick& pick, Rank rank);
   [[nodiscard]] const LeadTable& PicksOf(const Step& step, const Pick& pick);
   [[nodiscard]] bool HasSecond(ExprId id, NodeId context);
+
+  // Lists of overlapping sets (evaluator_lists.cc)
+  // -----------------------------------------------------------------
+
+  /// From one node to one that it leads to.
+  struct Lead {
+    Rank from;
+    Rank to;
+  };
+  /// Which members a listing takes, and when it is given up.
+  struct Listed {
+    std::uint64_t most;          ///< work
+    const Step* step = nullptr;  ///< whose first `filters` filters a member must pass
+    std::uint32_t filters = 0;
+    const Listed* outer = nullptr;  ///< which it must pass as well
+  };
+  [[nodiscard]] const SetListing* ListingOf(ExprId id, const Step* step, std::uint32_t filters);
+  [[nodiscard]] std::uint64_t MostListed();
+  [[nodiscard]] bool ListExpr(ExprId id, const Listed& listed, SetListing& listing);
+  [[nodiscard]] bool ListInvariant(ExprId id, const Listed& listed, SetListing& listing);
+  [[nodiscard]] bool ListPath(const Expr& path, const Listed& listed, SetListing& listing);
+  void FollowSingle(const Step& step, std::vector<Rank>& targets);
+  [[nodiscard]] bool ListLevel(const Expr& path, const std::vector<bool>& wanted,
+                               const Listed& listed, SetListing& listing, SetListing::Part& part);
+  [[nodiscard]] bool ListBelow(const Expr& path, std::uint32_t level,
+                               const std::vector<bool>& wanted, const Listed& listed,
+                               SetListing& listing, SetListing::Part& part);
+  [[nodiscard]] bool PassesAllOf(const Listed& listed, NodeId node);
+  [[nodiscard]] bool IsPlainChain(const Expr& path) const;
+  void FindChainLeads(const Expr& path, std::vector<Lead>& leads);
+  [[nodiscard]] bool FindLeads(const Expr& path, const Listed& listed, std::vector<Lead>& leads);
+  [[nodiscard]] bool TakeRanks(std::size_t base, const Listed& listed, std::vector<Rank>& ranks);
 
   // The stack: sets under construction, one above the other.
   std::vector<NodeId> stack_;

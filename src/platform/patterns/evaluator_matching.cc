@@ -197,24 +197,11 @@ void Evaluator::AddMatchesBelow(const Expr& path, std::vector<bool>& matches) {
 bool Evaluator::AddMatchesThrough(const Expr& path, std::vector<bool>& matches) {
   const Step& step = code_.steps[path.first];
   if (step.descend || (step.axis != Axis::kParent && step.axis != Axis::kAncestor)) return false;
-  const std::vector<Way> ways = WaysThrough(step);
+  std::vector<Way> ways = WaysThrough(step);
   Expr rest = path;
   ++rest.first;
   --rest.count;
-  // What "//x" finds from the shared node and below the one asked from, it finds from that itself;
-  // below an attribute nothing is found from its element.
-  const bool anyDepth = rest.count == 1 && code_.steps[rest.first].descend &&
-                        code_.steps[rest.first].axis <= Axis::kAttribute;
-  if (anyDepth) {
-    const std::size_t base = stack_.size();
-    for (const Way& way : ways) {
-      if (!Index().IsAttribute(way.from)) stack_.push_back(Index().NodeAt(way.from));
-    }
-    PutInOrder(base);
-    TakeSteps(rest, base, Order::kSorted, Limit::kAll);
-    MarkFrom(base, 0, Index().Count(), matches);
-    return true;
-  }
+  AddMatchesBelowShared(rest, ways, matches);
   std::vector<Rank> found;
   for (auto way = ways.begin(); way != ways.end();) {
     const Rank target = way->to;
@@ -225,6 +212,36 @@ bool Evaluator::AddMatchesThrough(const Expr& path, std::vector<bool>& matches) 
     }
   }
   return true;
+}
+
+// For a rest "//x" where each x is below the node that it is found from. A way from a node to a
+// shared one around it finds what is below the one and found from below the other: of all ways from
+// around a node, the one that leads furthest up finds it if any does. Takes out the ways that this
+// settles: none where too much would have to be listed, and none within attributes, from which
+// nothing is listed.
+void Evaluator::AddMatchesBelowShared(const Expr& rest, std::vector<Way>& ways,
+                                      std::vector<bool>& matches) {
+  if (rest.count == 0 || !code_.steps[rest.first].descend) return;
+  std::vector<Lead> leads;
+  if (!FindLeads(rest, {MostListed()}, leads)) return;
+  for (const Lead& lead : leads) {
+    if (lead.to <= lead.from || lead.to >= Index().EndOf(lead.from)) return;
+  }
+  const auto settled = std::stable_partition(ways.begin(), ways.end(), [this](const Way& way) {
+    return IsInAttribute(Index().NodeAt(way.to));
+  });
+  std::vector<Rank> highest(Index().Count(), kNoRank);  // where ways from around a node lead to
+  for (auto way = settled; way != ways.end(); ++way) highest[way->from] = way->to;
+  ways.erase(settled, ways.end());
+  for (Rank rank = 0; rank < highest.size(); ++rank) {
+    const Rank parent = ParentRank(rank);
+    if (parent != kNoRank) highest[rank] = std::min(highest[rank], highest[parent]);
+  }
+  work_ += highest.size() + leads.size();
+  for (const Lead& lead : leads) {
+    const Rank parent = ParentRank(lead.to);
+    if (parent != kNoRank && highest[parent] <= lead.from) matches[lead.to] = true;
+  }
 }
 
 // From which nodes, of those that have something below them, the step leads to which one.

@@ -262,13 +262,10 @@ std::optional<Evaluator::Pick> Evaluator::PickOf(const Step& step) const {
 void Evaluator::PushGroup(const Step& step, NodeId context) {
   const std::size_t base = stack_.size();
   const std::optional<Pick> pick = PickOf(step);
-  if (pick && Remembered().sites[step.expr].work > patience_ &&
-      LeadTable::Fits(Index().Count(), pick->places)) {
-    const Rank rank = Index().RankOf(context);
-    if (rank != kNoRank) {
-      const Rank found =
-          PicksOf(step, *pick).At(rank, static_cast<std::uint32_t>(pick->places) - 1);
-      if (found != kNoRank) stack_.push_back(Index().NodeAt(found));
+  if (pick && Remembered().sites[step.expr].work > patience_) {
+    const std::optional<Rank> found = FindPlace(step, *pick, Index().RankOf(context));
+    if (found) {
+      if (*found != kNoRank) stack_.push_back(Index().NodeAt(*found));
       return FilterList(step, base, pick->filter + 1);
     }
   }
@@ -277,6 +274,21 @@ void Evaluator::PushGroup(const Step& step, NodeId context) {
   work_ += stack_.size() - base;
   FilterList(step, base, 0);
   if (pick) Remembered().sites[step.expr].work += Work() - before;
+}
+
+// What stands at a place of a node's list, kNoRank for none: by a listing or, near an end, by a
+// table. Nothing when there is neither.
+std::optional<Rank> Evaluator::FindPlace(const Step& step, const Pick& pick, Rank rank) {
+  if (rank == kNoRank) return std::nullopt;
+  const SetListing* listing = ListingOf(step.expr, &step, pick.filter);
+  if (listing != nullptr && listing->IsOrdered() && listing->Covers(rank)) {
+    ++work_;
+    if (pick.end == LeadEnd::kFirst) return listing->MemberAt(rank, pick.places - 1);
+    const std::uint32_t size = listing->SizeOf(rank);
+    return pick.places <= size ? listing->MemberAt(rank, size - pick.places) : kNoRank;
+  }
+  if (!LeadTable::Fits(Index().Count(), pick.places)) return std::nullopt;
+  return PicksOf(step, pick).At(rank, static_cast<std::uint32_t>(pick.places) - 1);
 }
 
 const LeadTable& Evaluator::PicksOf(const Step& step, const Pick& pick) {

@@ -6,6 +6,7 @@
 #include "platform/patterns/evaluator_value.h"
 #include "platform/patterns/value.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -111,97 +112,6 @@ bool Evaluator::HoldsComparison(ExprId id, const Place& place) {
   return HoldsForValues(expr, left, OperandValue(expr.right, place));
 }
 
-// The nodes that $any$ and $all$ go through; kNoExpr where there is just one value.
-ExprId Evaluator::MembersOf(const Expr& expr) const {
-  const Expr& left = code_.exprs[expr.left];
-  return left.kind == ExprKind::kInfo ? left.left : expr.left;
-}
-
-bool Evaluator::HoldsForMembers(ExprId id, const Place& place) {
-  const Expr& expr = code_.exprs[id];
-  const ExprId members = MembersOf(expr);
-  if (members == kNoExpr) {
-    return HoldsForValues(expr, OperandValue(expr.left, place), OperandValue(expr.right, place));
-  }
-  if (code_.exprs[members].straight || !code_.exprs[expr.right].invariant) {
-    return HoldsDirectly(expr, members, place);
-  }
-  if (code_.exprs[members].invariant) {
-    auto known = Remembered().invariants[id].holds;
-    if (!known) known = HoldsDirectly(expr, members, place);
-    Remembered().invariants[id].holds = known;
-    return *known;
-  }
-  return HoldsByWatching(id, members, place);
-}
-
-bool Evaluator::HoldsDirectly(const Expr& expr, ExprId members, const Place& place) {
-  const bool decisive = expr.quantifier == Quantifier::kAny;
-  const Value right = OperandValue(expr.right, place);
-  if (right.kind == ValueKind::kNothing) return RightMissing(expr, members, place);
-  const std::size_t base = stack_.size();
-  PushSet(members, place.node);
-  const std::size_t end = stack_.size();
-  const auto count = static_cast<std::uint32_t>(end - base);
-  bool holds = !decisive;
-  for (std::size_t i = base; i < end && holds != decisive; ++i) {
-    const Place member{stack_[i], static_cast<std::uint32_t>(i - base), count};
-    ++work_;
-    if (HoldsForMember(expr, member, right) == decisive) holds = decisive;
-  }
-  stack_.resize(base);
-  return holds;
-}
-
-// Compared with nothing no member holds: only "all" of none at all do.
-bool Evaluator::RightMissing(const Expr& expr, ExprId members, const Place& place) {
-  return expr.quantifier == Quantifier::kAll && !Exists(members, place.node);
-}
-
-// As FirstByWatching. The table knows for each context node a member that decides: one that holds
-// for "any", one that does not for "all".
-bool Evaluator::HoldsByWatching(ExprId id, ExprId members, const Place& place) {
-  const Expr& expr = code_.exprs[id];
-  const Expr& left = code_.exprs[expr.left];
-  const bool asksPlaces = left.kind == ExprKind::kInfo &&
-                          (left.method == InfoMethod::kIndex || left.method == InfoMethod::kEnd);
-  if (!asksPlaces && Remembered().sites[id].work > patience_) {
-    if (!Remembered().sites[id].table.IsMade()) {
-      LeadTable table = Tabulate(members, DecidingRanks(expr));
-      Remembered().sites[id].table = std::move(table);
-    }
-    const Rank rank = Index().RankOf(place.node);
-    if (rank != kNoRank) {
-      const bool found = Remembered().sites[id].table.First(rank) != kNoRank;
-      return found == (expr.quantifier == Quantifier::kAny);
-    }
-  }
-  const std::uint64_t before = Work();
-  const bool holds = HoldsDirectly(expr, members, place);
-  Remembered().sites[id].work += Work() - before;
-  return holds;
-}
-
-// Each node that decides the comparison by itself, at its own rank.
-LeadTable Evaluator::DecidingRanks(const Expr& expr) {
-  const bool decisive = expr.quantifier == Quantifier::kAny;
-  const Value right = OperandValue(expr.right, {start_, 0, 1});
-  LeadTable table(Index().Count(), 1, LeadEnd::kFirst);
-  for (Rank rank = FirstRank(); rank < table.Count(); ++rank) {
-    const Place member{Index().NodeAt(rank), 0, 1};
-    const bool holds = right.kind != ValueKind::kNothing && HoldsForMember(expr, member, right);
-    if (holds == decisive) table.Add(rank, rank);
-  }
-  work_ += table.Cells();
-  return table;
-}
-
-bool Evaluator::HoldsForMember(const Expr& expr, const Place& member, const Value& right) {
-  const Expr& left = code_.exprs[expr.left];
-  if (left.kind != ExprKind::kInfo) return HoldsForValues(expr, NodeValue(member.node), right);
-  return HoldsForValues(expr, MethodValue(left, member), right);
-}
-
 // The right operand decides how its left one is read. What number() or date() cannot read has no
 // text either: it is unequal to everything.
 bool Evaluator::HoldsForValues(const Expr& expr, const Value& left, const Value& right) {
@@ -211,7 +121,7 @@ bool Evaluator::HoldsForValues(const Expr& expr, const Value& left, const Value&
     case ValueKind::kNode:
       return HoldsForNodes(expr, left, right);
     case ValueKind::kText:
-      return HoldsForTexts(expr.comparison, expr.caseRule, TextOf(left, leftText_), right.text);
+      return HoldsForTextsOf(expr, TextOf(left, leftText_), right.text);
     case ValueKind::kDate:
       return HoldsForNumbers(expr.comparison, DateOf(left), right.number);
     default:
@@ -231,7 +141,19 @@ bool Evaluator::HoldsForNodes(const Expr& expr, const Value& left, const Value& 
     }
   }
   const std::string_view text = TextOf(left, leftText_);
-  return HoldsForTexts(expr.comparison, expr.caseRule, text, TextOf(right.node, rightText_));
+  return HoldsForTextsOf(expr, text, TextOf(right.node, rightText_));
+}
+
+bool Evaluator::HoldsForTextsOf(const Expr& expr, std::string_view left, std::string_view right) {
+  if (std::min(left.size(), right.size()) < TreeIndex::kLongText) {
+    return HoldsForTexts(expr.comparison, expr.caseRule, left, right);
+  }
+  const bool asksEquality =
+      expr.comparison == Comparison::kEqual || expr.comparison == Comparison::kNotEqual;
+  if (asksEquality && expr.caseRule == CaseRule::kExact && left.size() != right.size()) {
+    return expr.comparison == Comparison::kNotEqual;
+  }
+  return HoldsForOrder(expr.comparison, Texts().Compare(left, right, expr.caseRule));
 }
 
 // Operands ---------------------------------------------------------------------------------------
@@ -318,13 +240,16 @@ std::string_view Evaluator::NodeNameOf(NodeId node) const {
 // Readings of a value ----------------------------------------------------------------------------
 
 NodeTexts& Evaluator::Texts() {
-  if (texts_.Work() > patience_ && !textsIndexed_) {
-    textsIndexed_ = true;
-    static_cast<void>(Index());
-    Remembered().index->AddTexts();
-    texts_.Use(Index());
-  }
+  if (texts_.Work() > patience_) IndexTexts();
   return texts_;
+}
+
+void Evaluator::IndexTexts() {
+  if (textsIndexed_) return;
+  textsIndexed_ = true;
+  static_cast<void>(Index());
+  Remembered().index->AddTexts();
+  texts_.Use(Index());
 }
 
 std::string_view Evaluator::TextOf(NodeId node, std::string& buffer) {

@@ -18,6 +18,23 @@ using dom::NodeType;
 
 constexpr bool IsBlank(char c) { return text::IsXmlSpace(static_cast<unsigned char>(c)); }
 
+// The text in upper case, but for characters that would be longer or shorter then.
+std::string FoldedInPlace(std::string_view text) {
+  std::string folded;
+  folded.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const text::Utf8Char c = text::DecodeUtf8(text, at);
+    const std::size_t begin = folded.size();
+    text::AppendUtf8(folded, text::ToUpper(c.codePoint));
+    if (folded.size() - begin != c.length) {
+      folded.resize(begin);
+      folded += text.substr(at, c.length);
+    }
+    at += c.length;
+  }
+  return folded;
+}
+
 // Longer texts are worth being looked up.
 constexpr std::size_t kShortText = 64;
 
@@ -58,7 +75,7 @@ bool NodeTexts::SomeKeepSpace() {
 
 void NodeTexts::Use(const TreeIndex& index) {
   index_ = &index;
-  runs_ = TextRuns(index.Texts());
+  runs_ = TextRuns(index.AllTexts());
   if (!SomeKeepSpace()) return;
   keepsSpace_.resize(index.Count());
   for (Rank rank = 0; rank < index.Count(); ++rank) {
@@ -96,7 +113,11 @@ bool NodeTexts::IsTrimmed(const Cursor& node) {
 std::string_view NodeTexts::Of(const Cursor& node, std::string& buffer) {
   if (node.Type() == NodeType::kDocumentType) return {};
   TreeIndex::Part fixed;
-  const std::string_view text = node.HasWholeText() ? node.OwnText() : Collect(node, buffer, fixed);
+  std::string_view text = node.HasWholeText() ? node.OwnText() : Collect(node, buffer, fixed);
+  if (text.size() >= TreeIndex::kLongText && index_ != nullptr && node.HasWholeText()) {
+    const Rank rank = index_->RankOf(node.Id());
+    if (rank != kNoRank) text = index_->LongTextOf(rank);
+  }
   return IsTrimmed(node) ? Trim(text, fixed) : text;
 }
 
@@ -109,6 +130,42 @@ double NodeTexts::NumberOf(const Cursor& node, std::string& buffer) {
   const double number = runs_.Covers(text) ? ReadNumber(text, runs_) : ReadNumber(text);
   lastNumbers_[1] = std::exchange(lastNumbers_[0], {node.Id(), number});
   return number;
+}
+
+int NodeTexts::Compare(std::string_view a, std::string_view b, CaseRule caseRule) {
+  TextPair pair(a, b);
+  while (true) {
+    pair.Skip(SameLength(pair.LeftOfA(), pair.LeftOfB(), caseRule));
+    if (const std::optional<int> order = pair.CompareOne(caseRule)) return *order;
+  }
+}
+
+// Case may be left out of account, or not.
+std::size_t NodeTexts::SameLength(std::string_view a, std::string_view b, CaseRule caseRule) {
+  const std::size_t most = std::min(a.size(), b.size());
+  const bool isLong = most >= TreeIndex::kLongText && runs_.Covers(a) && runs_.Covers(b);
+  const std::size_t first = isLong ? TreeIndex::kLongText / 2 : most;
+  const std::size_t same = SameBytes(a.substr(0, first), b.substr(0, first));
+  work_ += same / 64;
+  if (same < first || !isLong) return same;
+  ++work_;
+  const std::string_view all = index_->AllTexts();
+  const auto offset = [all](std::string_view part) {
+    return static_cast<std::size_t>(part.data() - all.data());
+  };
+  return PrintsFor(caseRule).SameLength(offset(a), offset(b), most);
+}
+
+const TextPrints& NodeTexts::PrintsFor(CaseRule caseRule) {
+  std::optional<TextPrints>& prints = caseRule == CaseRule::kExact ? prints_ : foldedPrints_;
+  if (prints) return *prints;
+  std::string_view text = index_->AllTexts();
+  work_ += text.size() / 64;
+  if (caseRule == CaseRule::kIgnored) {
+    folded_ = FoldedInPlace(text);
+    text = folded_;
+  }
+  return prints.emplace(text, TextPrints::NewKey());
 }
 
 std::string_view NodeTexts::Collect(const Cursor& node, std::string& buffer,

@@ -9,8 +9,10 @@
 #pragma once
 
 #include "platform/dom/cursor.h"
+#include "platform/patterns/text_prints.h"
 #include "platform/patterns/text_runs.h"
 #include "platform/patterns/tree_index.h"
+#include "platform/patterns/value.h"
 
 #include <cstdint>
 #include <optional>
@@ -31,17 +33,23 @@ class NodeTexts {
   /// The number that the text reads as; kUnreadable when it does not.
   [[nodiscard]] double NumberOf(const dom::Cursor& node, std::string& buffer);
 
+  /// The order of two texts that Of() gave, or other ones: below zero, zero or above zero. What is
+  /// long and the same at the beginning is not gone through each time.
+  [[nodiscard]] int Compare(std::string_view a, std::string_view b, CaseRule caseRule);
+
   /// A text that Of() gave, without blanks at its ends.
   [[nodiscard]] std::string_view WithoutBlanks(std::string_view text) const {
     return Trim(text, {});
   }
 
-  /// Nodes visited to put texts together so far.
+  /// Nodes visited to put texts together so far, and what was compared, in units of 64 bytes.
   [[nodiscard]] std::uint64_t Work() const noexcept { return work_; }
   /// From now on texts come from `index`, which has its texts and outlives this.
   void Use(const TreeIndex& index);
 
  private:
+  [[nodiscard]] std::size_t SameLength(std::string_view a, std::string_view b, CaseRule caseRule);
+  [[nodiscard]] const TextPrints& PrintsFor(CaseRule caseRule);
   [[nodiscard]] std::string_view Collect(const dom::Cursor& node, std::string& buffer,
                                          TreeIndex::Part& fixed);
   [[nodiscard]] std::string_view Trim(std::string_view text, TreeIndex::Part fixed) const;
@@ -52,7 +60,10 @@ class NodeTexts {
 
   const dom::DocumentData* data_;
   const TreeIndex* index_ = nullptr;
-  TextRuns runs_;                 // of the index's texts
+  TextRuns runs_;                           // of the index's texts
+  std::optional<TextPrints> prints_;        // of them, once two long ones were compared
+  std::optional<TextPrints> foldedPrints_;  // of them without regard to case
+  std::string folded_;
   std::vector<bool> keepsSpace_;  // by rank in index_, when any node may keep its space
   /// The last long texts that were read as numbers.
   struct LongNumber {

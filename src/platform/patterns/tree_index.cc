@@ -66,6 +66,24 @@ void TreeIndex::AddTexts() {
     if (rank >= attributeEnd) AddText(rank);
   }
   textAt_.push_back(text_.size());
+  AddLongTexts();
+}
+
+void TreeIndex::AddLongTexts() {
+  for (Rank rank = 0; rank < Count(); ++rank) {
+    const Cursor at(data_, nodes_[rank]);
+    if (!at.HasWholeText() || at.OwnText().size() < kLongText) continue;
+    const std::string_view text = at.OwnText();
+    if (textAt_[ends_[rank]] - textAt_[rank] == text.size()) continue;
+    longTexts_[rank] = {text_.size(), text_.size() + text.size()};
+    text_ += text;
+  }
+}
+
+std::string_view TreeIndex::LongTextOf(Rank rank) const {
+  const auto found = longTexts_.find(rank);
+  if (found == longTexts_.end()) return TextBelow(rank);
+  return AllTexts().substr(found->second.begin, found->second.end - found->second.begin);
 }
 
 void TreeIndex::AddText(Rank rank) {

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace kx::patterns {
@@ -41,8 +42,16 @@ class TreeIndex {
 
   /// Lays out the texts, which the members below need.
   void AddTexts();
-  /// All texts in one piece, those of attributes left out.
-  [[nodiscard]] std::string_view Texts() const noexcept { return text_; }
+  /// All texts in one piece, those of attributes, comments and instructions left out.
+  [[nodiscard]] std::string_view Texts() const noexcept {
+    return std::string_view(text_).substr(0, textAt_.back());
+  }
+  /// The same with the long ones of those behind it.
+  [[nodiscard]] std::string_view AllTexts() const noexcept { return text_; }
+  /// A text as long as this is a long one.
+  static constexpr std::size_t kLongText = 512;
+  /// The long text of a node, which has it in one piece, as a part of AllTexts().
+  [[nodiscard]] std::string_view LongTextOf(Rank rank) const;
   /// All text and CDATA below an element, document or the like, in one piece.
   [[nodiscard]] std::string_view TextBelow(Rank rank) const noexcept {
     return std::string_view(text_).substr(textAt_[rank], textAt_[ends_[rank]] - textAt_[rank]);
@@ -63,6 +72,7 @@ class TreeIndex {
   void Add(dom::NodeId id, Rank parent);
   void AddAttributes(dom::NodeId element);
   void AddText(Rank rank);
+  void AddLongTexts();
 
   const dom::DocumentData* data_;
   std::vector<dom::NodeId> nodes_;
@@ -70,8 +80,9 @@ class TreeIndex {
   std::vector<Rank> ends_;
   std::vector<Rank> ranks_;
   std::string text_;
-  std::vector<std::size_t> textAt_;  // by rank, and once more for the end
-  std::vector<Part> cdata_;          // in text_, in order
+  std::vector<std::size_t> textAt_;           // by rank, and once more for the end
+  std::vector<Part> cdata_;                   // in text_, in order
+  std::unordered_map<Rank, Part> longTexts_;  // in text_, of nodes that textAt_ knows nothing of
   bool inAttribute_ = false;
 };
 

@@ -5,7 +5,6 @@
 #include "platform/text/unicode.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace kx::patterns {
 
@@ -28,36 +27,50 @@ constexpr char32_t UnitOrder(char32_t c) {
   return c >= 0xE000 ? c + 0x100000 : c;
 }
 
-int CompareFrom(std::string_view a, std::size_t atA, std::string_view b, std::size_t atB,
-                CaseRule caseRule) noexcept {
-  while (atA < a.size() && atB < b.size()) {
-    const Folded inA = Next(a, atA, caseRule);
-    const Folded inB = Next(b, atB, caseRule);
-    if (inA.character != inB.character) {
-      return UnitOrder(inA.character) < UnitOrder(inB.character) ? -1 : 1;
-    }
-    atA = inA.next;
-    atB = inB.next;
-  }
-  return static_cast<int>(atA < a.size()) - static_cast<int>(atB < b.size());
-}
-
 }  // namespace
 
 std::string WriteNumber(double number) { return text::FormatDouble(number); }
 
-int CompareTexts(std::string_view a, std::string_view b, CaseRule caseRule) noexcept {
-  // What is the same byte by byte is the same in any sense. Characters are compared from the
-  // beginning of the one in which the first different byte lies.
+std::size_t SameBytes(std::string_view a, std::string_view b) noexcept {
   const std::size_t shorter = std::min(a.size(), b.size());
-  std::size_t same = 0;
-  while (same < shorter && a[same] == b[same]) ++same;
-  if (same == a.size() && same == b.size()) return 0;
+  return static_cast<std::size_t>(std::mismatch(a.begin(), a.begin() + shorter, b.begin()).first -
+                                  a.begin());
+}
+
+void TextPair::Skip(std::size_t same) noexcept {
+  atA_ += same;
+  atB_ += same;
   const auto continues = [](std::string_view text, std::size_t at) {
     return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
   };
-  while (same > 0 && (continues(a, same) || continues(b, same))) --same;
-  return CompareFrom(a, same, b, same, caseRule);
+  constexpr std::size_t kMostContinued = 3;
+  for (std::size_t left = std::min(same, kMostContinued); left > 0; --left) {
+    if (!continues(a_, atA_) && !continues(b_, atB_)) return;
+    --atA_;
+    --atB_;
+  }
+}
+
+std::optional<int> TextPair::CompareOne(CaseRule caseRule) noexcept {
+  if (atA_ >= a_.size() || atB_ >= b_.size()) {
+    return static_cast<int>(atA_ < a_.size()) - static_cast<int>(atB_ < b_.size());
+  }
+  const Folded inA = Next(a_, atA_, caseRule);
+  const Folded inB = Next(b_, atB_, caseRule);
+  if (inA.character != inB.character) {
+    return UnitOrder(inA.character) < UnitOrder(inB.character) ? -1 : 1;
+  }
+  atA_ = inA.next;
+  atB_ = inB.next;
+  return std::nullopt;
+}
+
+int CompareTexts(std::string_view a, std::string_view b, CaseRule caseRule) noexcept {
+  TextPair pair(a, b);
+  while (true) {
+    pair.Skip(SameBytes(pair.LeftOfA(), pair.LeftOfB()));
+    if (const std::optional<int> order = pair.CompareOne(caseRule)) return *order;
+  }
 }
 
 bool HoldsForTexts(Comparison comparison, CaseRule caseRule, std::string_view left,
@@ -66,7 +79,10 @@ bool HoldsForTexts(Comparison comparison, CaseRule caseRule, std::string_view le
     if (comparison == Comparison::kEqual) return left == right;
     if (comparison == Comparison::kNotEqual) return left != right;
   }
-  const int order = CompareTexts(left, right, caseRule);
+  return HoldsForOrder(comparison, CompareTexts(left, right, caseRule));
+}
+
+bool HoldsForOrder(Comparison comparison, int order) noexcept {
   switch (comparison) {
     case Comparison::kEqual:
       return order == 0;

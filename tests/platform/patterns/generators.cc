@@ -71,6 +71,10 @@ constexpr const char* kSmallFilters[] = {"",
                                          "[a//b]",
                                          "[//b = .]",
                                          "[$all$ .//b = '1']",
+                                         "[$any$ .//* = b]",
+                                         "[$all$ ../* != b]",
+                                         "[(.//a)[1]]",
+                                         "[$any$ .//b!index() = a]",
                                          "[index() > 0]",
                                          "[not(b/a)]"};
 constexpr const char* kSmallStarts[] = {"", "/", "//", ".//"};
@@ -277,7 +281,7 @@ class PatternWriter {
   }
 
   std::string Comparison(int depth) {
-    static constexpr const char* kQuantifiers[] = {"", "", "", "$any$ ", "$all$ "};
+    static constexpr const char* kQuantifiers[] = {"", "", "$any$ ", "$all$ "};
     static constexpr const char* kOperators[] = {
         " = ", " != ", " < ", " <= ", " > ", " >= ", " $ieq$ ", " $igt$ "};
     static constexpr const char* kConstants[] = {"'1'", "'2'", "'x'", "1", "2", "-1.5", "''", "12"};

@@ -73,5 +73,66 @@ TEST(NodeTexts, CountTheWorkOfPuttingThemTogether) {
   EXPECT_GE(texts.Work(), 4U);
 }
 
+// Long texts are compared by what an index knows of them, others character by character.
+TEST(NodeTexts, CompareAsTheirCharactersDo) {
+  const std::string alike(3000, 'x');
+  const std::string letters = [] {
+    std::string text;
+    for (int i = 0; i < 400; ++i) text += "aB\xC3\xA9\xC4\xB1\xF0\x90\x90\xA8";
+    return text;
+  }();
+  const std::string upper = [] {
+    std::string text;
+    for (int i = 0; i < 400; ++i) text += "Ab\xC3\x89I\xF0\x90\x90\x80";
+    return text;
+  }();
+  const std::string texts[] = {alike,
+                               alike + "1",
+                               alike + "2",
+                               alike + "X",
+                               letters,
+                               upper,
+                               letters + "z",
+                               upper + "Z",
+                               letters + "\xEF\xBF\xBD",
+                               letters + "\xF0\x90\x90\xA8",
+                               alike + "\xC3\xA9",
+                               alike + "\xC3\x89"};
+  std::string xml = "<r>";
+  for (const std::string& text : texts) {
+    for (const std::string_view part :
+         {std::string_view("<a k='"), std::string_view(text), std::string_view("'>"),
+          std::string_view(text), std::string_view("</a><b>"), std::string_view(text).substr(0, 2),
+          std::string_view("<c/>"), std::string_view(text).substr(2), std::string_view("</b><!--"),
+          std::string_view(text), std::string_view("-->")}) {
+      xml += part;
+    }
+  }
+  const dom::Document document = Parsed(xml + "</r>");
+  const dom::DocumentData& data = document.AsNode().Data();
+  TreeIndex index(data, dom::kDocumentNode);
+  index.AddTexts();
+  NodeTexts indexed(data);
+  indexed.Use(index);
+  std::string buffer;
+  std::vector<std::string_view> all;
+  for (Rank rank = 0; rank < index.Count(); ++rank) {
+    const std::string_view text = indexed.Of(dom::Cursor(&data, index.NodeAt(rank)), buffer);
+    const bool isIndexed = index.AllTexts().data() <= text.data() &&
+                           text.data() < index.AllTexts().data() + index.AllTexts().size();
+    EXPECT_TRUE(isIndexed || text.size() < TreeIndex::kLongText) << rank;
+    if (text.size() >= TreeIndex::kLongText) all.push_back(text);
+  }
+  ASSERT_GT(all.size(), std::size(texts) * 4);
+  const auto sign = [](int order) { return (order > 0) - (order < 0); };
+  for (const std::string_view a : all) {
+    for (const std::string_view b : all) {
+      for (const CaseRule rule : {CaseRule::kExact, CaseRule::kIgnored}) {
+        ASSERT_EQ(sign(indexed.Compare(a, b, rule)), sign(CompareTexts(a, b, rule)));
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kx::patterns
