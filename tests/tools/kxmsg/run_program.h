@@ -20,6 +20,7 @@ struct RunOptions {
   std::string input = {};       ///< standard input
   std::string outputFile = {};  ///< standard output goes there, not into the result
   bool onTerminal = false;      ///< both outputs are one terminal; `output` is what it shows
+  bool obeysModes = false;      ///< the modes of files bind the program, though root runs the test
   std::string folder = {};      ///< the current folder, inside the test's own; empty: that itself
   std::vector<std::string> environment = {};  ///< NAME=VALUE, beside the ordinary
 };

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kxmsg {
 namespace {
@@ -26,6 +28,15 @@ TEST_F(RunProgram, GivesWhatATerminalShows) {
   const RunResult help = Run({"--help"}, options);
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.output, Run({"--help"}).output);
+}
+
+TEST_F(RunProgram, MakesTheModesOfFilesBindRootToo) {
+  RunOptions options;
+  options.obeysModes = true;
+  EXPECT_EQ(Run({"check", "order.xml"}, options).status, 0);
+  EXPECT_EQ(chmod(At("order.xml").c_str(), 0), 0);
+  EXPECT_EQ(Run({"check", "order.xml"}, options).status, 1);
+  EXPECT_EQ(Run({"check", "order.xml"}).status, geteuid() == 0 ? 0 : 1);
 }
 
 TEST_F(RunProgram, HasTheExampleInItsFolder) {
