@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): as the parser spells it
 class App;
 }
 
