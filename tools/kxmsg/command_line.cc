@@ -17,8 +17,10 @@ namespace {
 // negative number for an option, brackets for a list, an empty word for a missing one.
 constexpr char kMark = '\x01';
 
-bool NeedsMark(const std::string& word) {
+// `command` is the first word of the line: only get has an option that looks like a number.
+bool NeedsMark(const std::string& word, const std::string& command) {
   if (word.empty()) return true;
+  if (word == "-0" && command == "get") return false;
   const char first = word.front();
   if (first == '-')
     return word.size() > 1 && (word[1] == '.' || (word[1] >= '0' && word[1] <= '9'));
@@ -111,7 +113,7 @@ CommandLine ReadCommandLine(const std::vector<std::string>& words, Arguments& ar
   // The parser takes its words from the end.
   std::vector<std::string> reversed;
   for (auto word = words.rbegin(); word != words.rend(); ++word) {
-    reversed.push_back(NeedsMark(*word) ? kMark + *word : *word);
+    reversed.push_back(NeedsMark(*word, words.front()) ? kMark + *word : *word);
   }
   try {
     app->parse(std::move(reversed));

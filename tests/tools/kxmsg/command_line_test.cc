@@ -58,6 +58,11 @@ TEST(CommandLineOf, AWordThatLooksLikeSyntaxIsTakenAsItIs) {
   EXPECT_EQ(Read({"new", "s", "--root", "[x]"}).root, "[x]");
 }
 
+TEST(CommandLineOf, TheOptionThatLooksLikeANumberIsOneOfGetAlone) {
+  EXPECT_TRUE(Read({"get", "-0", "a.xml", "b"}).nullEnds);
+  EXPECT_EQ(Read({"set", "a.xml", "b", "-0"}).value, "-0");
+}
+
 TEST(CommandLineOf, OptionsMayStandAnywhereBehindTheCommand) {
   const Arguments arguments =
       Read({"check", "--jobs", "4", "a", "--json", "b", "-q", "--color", "never"});
