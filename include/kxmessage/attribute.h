@@ -37,6 +37,9 @@ class KX_EXPORT KXMsgAttribute : public Handle {
   /// not count); 91 for an attribute that the schema does not declare; E_FAIL for a value that is
   /// none of the data type. Nothing has changed then.
   void Value(std::string_view NewValue) const;
+  /// The text as the message has it, whatever the type: what Value takes. Beyond the published
+  /// members, for tools: the text form of a date or of bytes does not lead back to them.
+  [[nodiscard]] std::string TextValue() const;
   /// What the schema says of this attribute; the same object each time.
   [[nodiscard]] KXMsgAttributeInfo Info() const;
 

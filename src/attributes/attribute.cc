@@ -29,6 +29,8 @@ void AttributeImpl::Value(const std::string& value) {
   }
 }
 
+std::string AttributeImpl::TextValue() const { return attribute_.Text(); }
+
 const runtime::Counted<AttributeInfoImpl>& AttributeImpl::Info() {
   if (!info_) info_ = runtime::MakeCounted<AttributeInfoImpl>(context_, elementType_, Name());
   return info_;
@@ -53,6 +55,8 @@ std::string KXMsgAttribute::Value() const { return Of(*this).Value(); }
 void KXMsgAttribute::Value(std::string_view NewValue) const {
   Of(*this).Value(std::string(NewValue));
 }
+
+std::string KXMsgAttribute::TextValue() const { return Of(*this).TextValue(); }
 
 KXMsgAttributeInfo KXMsgAttribute::Info() const {
   return HandleAccess::Wrap<KXMsgAttributeInfo>(Of(*this).Info());

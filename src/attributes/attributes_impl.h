@@ -32,6 +32,7 @@ class AttributeImpl final : public runtime::PlainObject, private runtime::LiveOb
   [[nodiscard]] std::string Name() const;
   [[nodiscard]] std::string Value() const;
   void Value(const std::string& value);
+  [[nodiscard]] std::string TextValue() const;
   [[nodiscard]] const runtime::Counted<schema::AttributeInfoImpl>& Info();
 
  private:

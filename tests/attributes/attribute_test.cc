@@ -54,6 +54,28 @@ TEST_F(AttributeTest, TheValueIsThatOfTheDataTypeAsText) {
   for (const auto& row : rows) EXPECT_EQ(attributes_[row.name].Value(), row.value) << row.name;
 }
 
+TEST_F(AttributeTest, TheTextIsThatOfTheMessageAndWhatValueTakes) {
+  struct {
+    const char* name;
+    const char* text;
+    const char* other;
+  } const rows[] = {{"text", "t", " t\n"},
+                    {"int", "007", "+8"},
+                    {"flag", "1", "0"},
+                    {"day", "2001-02-03", "1999-12-31"},
+                    {"tok", "a", "b"},
+                    {"tone", "low", "high"},
+                    {"bytes", "41004200", "00ff"}};
+  for (const auto& row : rows) {
+    const KXMsgAttribute attribute = attributes_[row.name];
+    EXPECT_EQ(attribute.TextValue(), row.text) << row.name;
+    attribute.Value(row.other);
+    EXPECT_EQ(attribute.TextValue(), row.other) << row.name;
+  }
+  EXPECT_EQ(attributes_["p:own"].TextValue(), "o");
+  EXPECT_EQ(attributes_["fix"].TextValue(), "f");
+}
+
 TEST_F(AttributeTest, AValueIsStoredByItsDataType) {
   struct {
     const char* name;
