@@ -24,6 +24,7 @@ enum class Command : std::uint8_t {
   kShow,
   kGet,
   kSet,
+  kEdit,
   kSchema,
   kHeader,
   kConfig,
@@ -41,7 +42,10 @@ struct Arguments {
   std::string root;                ///< of new
   std::string pattern;
   std::string value;
-  std::string output;  ///< -o; empty when it was not given
+  std::string script;  ///< of edit: a file; empty when it was not given
+  bool hasScript = false;
+  std::vector<std::string> scriptLines;  ///< of edit: -e
+  std::string output;                    ///< -o; empty when it was not given
   bool hasOutput = false;
   std::vector<std::string> headerItems;  ///< NAME or NAME=VALUE
   std::string settingName;

@@ -34,12 +34,12 @@ void RemoveMark(std::string& word) {
 void RemoveMarks(Arguments& arguments) {
   for (std::string* const word :
        {&arguments.file, &arguments.schema, &arguments.root, &arguments.pattern, &arguments.value,
-        &arguments.output, &arguments.settingName, &arguments.settingValue,
+        &arguments.script, &arguments.output, &arguments.settingName, &arguments.settingValue,
         &arguments.defaultSchema, &arguments.options.schemaBase, &arguments.options.messageBase}) {
     RemoveMark(*word);
   }
   for (std::vector<std::string>* const words :
-       {&arguments.files, &arguments.headerItems, &arguments.drives,
+       {&arguments.files, &arguments.scriptLines, &arguments.headerItems, &arguments.drives,
         &arguments.options.allowedPrefixes, &arguments.options.schemaFolders}) {
     for (std::string& word : *words) RemoveMark(word);
   }

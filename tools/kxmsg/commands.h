@@ -7,12 +7,13 @@
 namespace kxmsg {
 
 /// Each raises kx::Error for a message, schema or setting that is bad, which PrintFailure tells
-/// with the name that Subject gives; and OutputFailure.
+/// with the name of what it works on; and OutputFailure. RunEdit raises ScriptFailure too.
 [[nodiscard]] ExitStatus RunNew(const Arguments& arguments, Console& console);
 [[nodiscard]] ExitStatus RunCheck(const Arguments& arguments, Console& console);
 [[nodiscard]] ExitStatus RunShow(const Arguments& arguments, Console& console);
 [[nodiscard]] ExitStatus RunGet(const Arguments& arguments, Console& console);
 [[nodiscard]] ExitStatus RunSet(const Arguments& arguments, Console& console);
+[[nodiscard]] ExitStatus RunEdit(const Arguments& arguments, Console& console);
 [[nodiscard]] ExitStatus RunSchema(const Arguments& arguments, Console& console);
 [[nodiscard]] ExitStatus RunHeader(const Arguments& arguments, Console& console);
 [[nodiscard]] ExitStatus RunConfig(const Arguments& arguments, Console& console);

@@ -100,16 +100,26 @@ File Open(const std::string& path, const char* mode) {
 #endif
 }
 
-// All bytes of a stream, refused when they are more than the bound on documents.
-std::string ReadAll(std::FILE* file, const kx::Options& options) {
+// How many bytes may be read, and what is said of more.
+struct Bound {
+  std::size_t most = 0;
+  const char* advice = "";
+};
+
+Bound BoundOf(const kx::Options& options) {
+  return {options.maxDocumentBytes, "; --max-document-bytes sets the bound"};
+}
+
+// All bytes of a stream, refused when they are more than the bound.
+std::string ReadAll(std::FILE* file, const Bound& bound) {
   std::string bytes;
   std::array<char, 65536> buffer{};
   while (true) {
     const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file);
     bytes.append(buffer.data(), count);
-    if (bytes.size() > options.maxDocumentBytes) {
-      RaiseFileError(kOutOfMemory, "Longer than " + std::to_string(options.maxDocumentBytes) +
-                                       " bytes; --max-document-bytes sets the bound.");
+    if (bytes.size() > bound.most) {
+      RaiseFileError(kOutOfMemory,
+                     "Longer than " + std::to_string(bound.most) + " bytes" + bound.advice + '.');
     }
     if (count < buffer.size()) break;
   }
@@ -117,12 +127,12 @@ std::string ReadAll(std::FILE* file, const kx::Options& options) {
   return bytes;
 }
 
-std::string ReadFile(const std::string& path, const kx::Options& options) {
+std::string ReadFile(const std::string& path, const Bound& bound) {
   std::error_code ignored;
   if (fs::is_directory(PathOf(path), ignored)) RaiseSystemError(EISDIR);
   const File file = Open(path, "rb");
   if (!file) RaiseSystemError(errno);
-  return ReadAll(file.get(), options);
+  return ReadAll(file.get(), bound);
 }
 
 // ---- The warning -----------------------------------------------------------------------------
@@ -234,13 +244,13 @@ kx::KXMessage LoadMessage(const std::string& name, const Arguments& arguments,
   }
   const NameKind kind = KindOf(name, arguments);
   if (kind == NameKind::kStandardStream) {
-    message.LoadMessageFromString(kx::DecodeXmlBytes(ReadAll(stdin, options)));
+    message.LoadMessageFromString(kx::DecodeXmlBytes(ReadAll(stdin, BoundOf(options))));
     return message;
   }
   const bool isPath = kind == NameKind::kPath;
   const std::string location = isPath ? AbsolutePath(name) : name;
   if (isPath && !IsLocationOf(location, options)) {
-    const std::string bytes = ReadFile(location, options);
+    const std::string bytes = ReadFile(location, BoundOf(options));
     warning = WarnOfBytes(bytes, options);
     message.LoadMessageFromString(kx::DecodeCodePage(bytes, options.codePage));
     return message;
@@ -292,6 +302,10 @@ void SaveChange(const kx::KXMessage& message, const Arguments& arguments, Consol
     again.LoadMessageFromString(message.XML());
   }
   SaveMessage(message, arguments.hasOutput ? arguments.output : arguments.file, arguments, console);
+}
+
+std::string ReadBytes(const std::string& name, std::size_t most) {
+  return name == "-" ? ReadAll(stdin, {most}) : ReadFile(name, {most});
 }
 
 std::string SchemaLocation(const std::string& name, const Arguments& arguments) {

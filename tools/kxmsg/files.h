@@ -10,6 +10,7 @@
 
 #include "kxmsg/arguments.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -37,6 +38,10 @@ void SaveMessage(const kx::KXMessage& message, const std::string& name, const Ar
 /// Writes a message that was changed back to its file, or to what -o names, if its text loads again
 /// or --force is given. Raises: kx::Error of that load; as SaveMessage.
 void SaveChange(const kx::KXMessage& message, const Arguments& arguments, Console& console);
+
+/// The bytes of a file of the current folder, or of standard input for "-".
+/// Raises: kx::Error, also when they are more than `most`.
+[[nodiscard]] std::string ReadBytes(const std::string& name, std::size_t most);
 
 /// The location of the schema that `name` stands for. Raises: kx::Error for standard input, and for
 /// an existing file without extension.

@@ -4,6 +4,7 @@
 #include "kxmsg/manual.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 #include <string_view>
 
@@ -61,7 +62,8 @@ void AddShow(CLI::App& command, Arguments& arguments) {
 void AddGet(CLI::App& command, Arguments& arguments) {
   AddFile(command, arguments);
   command.add_option("PATTERN", arguments.pattern, "An XSL Pattern")->required()->type_name("");
-  command.add_flag("--xml", arguments.xml, "The elements as XML, not their text");
+  command.add_flag("--xml", arguments.xml,
+                   "The elements as XML, not their text; not of attributes");
   command.add_flag("-0,--null", arguments.nullEnds, "A NUL after each instead of a line end");
 }
 
@@ -72,8 +74,30 @@ void AddSet(CLI::App& command, Arguments& arguments) {
       ->required()
       ->type_name("");
   AddOutput(command, arguments, "The file to write instead; \"-\" is standard output");
-  command.add_flag("--create", arguments.create,
-                   "Where PATTERN, a plain name, finds nothing: adds the child if it may be there");
+  command.add_flag(
+      "--create", arguments.create,
+      "Adds what may be there and is not: the child that PATTERN, a plain name, names; "
+      "the attribute NAME where PATTERN ends in /@NAME");
+  AddForce(command, arguments);
+}
+
+void AddEdit(CLI::App& command, Arguments& arguments) {
+  AddFile(command, arguments);
+  command
+      .add_option_function<std::string>(
+          "SCRIPT",
+          [&arguments](const std::string& name) {
+            arguments.script = name;
+            arguments.hasScript = true;
+          },
+          "The script's file; \"-\", or none and no -e, is standard input")
+      ->type_name("");
+  command
+      .add_option("-e,--edit", arguments.scriptLines,
+                  "A command of the script; may be given again, each is a line")
+      ->type_name("COMMAND")
+      ->allow_extra_args(false);
+  AddOutput(command, arguments, "The file to write instead; \"-\" is standard output");
   AddForce(command, arguments);
 }
 
@@ -194,6 +218,8 @@ AddOptions OptionsOf(Command command) {
       return AddGet;
     case Command::kSet:
       return AddSet;
+    case Command::kEdit:
+      return AddEdit;
     case Command::kSchema:
       return AddSchema;
     case Command::kHeader:
@@ -205,14 +231,13 @@ AddOptions OptionsOf(Command command) {
 }
 
 // The text in lines that a terminal shows whole.
-std::string Wrapped(std::string_view text) {
-  constexpr std::size_t kWidth = 79;
+std::string Wrapped(std::string_view text, std::size_t width = 79) {
   std::string lines;
   std::size_t lineLength = 0;
   while (!text.empty()) {
     const std::size_t end = text.find_first_of(" \n");
     const std::string_view word = text.substr(0, end);
-    if (lineLength != 0 && lineLength + 1 + word.size() > kWidth) {
+    if (lineLength != 0 && lineLength + 1 + word.size() > width) {
       lines += '\n';
       lineLength = 0;
     } else if (lineLength != 0) {
@@ -231,12 +256,33 @@ std::string Wrapped(std::string_view text) {
   return lines;
 }
 
+// The lines behind so many blanks.
+std::string Indented(std::string_view lines, std::size_t blanks) {
+  std::string text;
+  while (!lines.empty()) {
+    const std::size_t end = std::min(lines.find('\n'), lines.size());
+    if (end != 0) text += std::string(blanks, ' ') + std::string(lines.substr(0, end));
+    text += '\n';
+    lines.remove_prefix(std::min(end + 1, lines.size()));
+  }
+  return text;
+}
+
 std::string ExamplesText(const CommandText& command) {
   std::string text = "Examples:";
   for (const Example& example : command.examples) {
     text += "\n  " + std::string(example.line) + "\n      " + std::string(example.what);
   }
   return text;
+}
+
+std::string LanguageText(const CommandText& command) {
+  std::string text;
+  for (const Term& term : command.terms) {
+    text += "  " + std::string(term.term) + '\n' + Indented(Wrapped(term.meaning, 73), 6);
+  }
+  if (!command.sample.empty()) text += "\n" + Indented(command.sample, 2);
+  return text.empty() ? text : text + '\n';
 }
 
 std::string GeneralFooter() {
@@ -271,7 +317,7 @@ std::shared_ptr<CLI::App> BuildGrammar(Arguments& arguments) {
     command->allow_windows_style_options(false);
     OptionsOf(text.command)(*command, arguments);
     AddCommon(*command, arguments);
-    command->footer(Wrapped(text.description) + "\n\n" + ExamplesText(text) +
+    command->footer(Wrapped(text.description) + "\n\n" + LanguageText(text) + ExamplesText(text) +
                     "\n\nNames, standard input, exit status: kxmsg --help");
     command->callback([&arguments, kind = text.command] { arguments.command = kind; });
   }

@@ -25,14 +25,54 @@ constexpr Example kShowExamples[] = {
 constexpr Example kGetExamples[] = {
     {"kxmsg get order.xml Header/Customer", "prints the customer"},
     {"kxmsg get --xml order.xml \"Items/Item[Quantity > 10]\"", "prints the elements themselves"},
+    {"kxmsg get order.xml Items/Item/@sku", "prints the attribute of every item"},
 };
 
 constexpr Example kSetExamples[] = {
     {"kxmsg set order.xml Header/Customer \"Harbour Lights\"", "changes the file"},
     {"kxmsg set order.xml Header/Rush 1 -o rush.xml", "leaves it, and writes another"},
+    {"kxmsg set --create order.xml Items/Item/@gift 1", "gives every item the attribute"},
     {"kxmsg new order.xdr | kxmsg set - Header/Customer \"Harbour Lights\" > order.xml",
      "works in a pipe"},
 };
+
+constexpr Example kEditExamples[] = {
+    {"kxmsg edit order.xml changes.txt", "makes the changes of a script"},
+    {"kxmsg edit order.xml -e \"add Items Item\" -e \"set Items/Item[end()]/Quantity 4\"",
+     "makes two, the second in what the first one added"},
+    {"kxmsg edit - -e \"remove Items/Item[Quantity = 0]\" < order.xml > less.xml",
+     "works in a pipe"},
+};
+
+constexpr Term kEditTerms[] = {
+    {"add PATTERN [NAME [VALUE]]",
+     "Adds a child NAME, with all that its schema demands, to each element found, behind all its "
+     "other children, and gives it VALUE. Without NAME the only child that is declared is meant."},
+    {"set PATTERN VALUE",
+     "Gives each element found a value. Where PATTERN ends in /@NAME: each attribute that is "
+     "there."},
+    {"attr PATTERN NAME [VALUE]",
+     "Gives each element found the attribute NAME: adds it where it is absent, with its default "
+     "unless there is a VALUE, and sets VALUE where it is there."},
+    {"remove PATTERN",
+     "Removes each element found, the last one first, unless its parent demands it. Where PATTERN "
+     "ends in /@NAME: each attribute that is there, unless it is required or has a default."},
+    {"group PATTERN NUMBER",
+     "Puts in each element found the group of that number, from 1, of its type in the place of the "
+     "one that is there: the children of the former go, new ones of the other are added behind all "
+     "others."},
+};
+
+constexpr std::string_view kEditSample = R"(# One more item, and what it is
+add Items Item
+set Items/Item[end()]/Description "Storm lantern, 12\""
+set Items/Item[end()]/Quantity 4
+set Items/Item[end()]/Price 39.50
+attr Items/Item[end()] sku LAN-012
+add Items/Item[end()] Note 'Handle with care.'
+attr Items/Item[@sku = 'BLB-007'] unit each
+remove Items/Item/@gift
+remove Items/Item[Quantity > 50])";
 
 constexpr Example kSchemaExamples[] = {
     {"kxmsg schema order.xdr", "lists what the schema declares"},
@@ -71,18 +111,38 @@ constexpr CommandText kCommands[] = {
      "type), how often it may occur unless that is once, and its value. Declared children that are "
      "not there follow in their parent, marked \"- \", with what they are: optional, alternative "
      "(of "
-     "which another one is there), or required. The message is not changed.",
+     "which another one is there), or required. The attributes of an element stand below it, each "
+     "with \"@\", its data type where it has one, and its value; those that are declared and not "
+     "there are marked as children are. The message is not changed.",
      kShowExamples},
     {Command::kGet, "get", "[OPTIONS] FILE PATTERN", "prints what a pattern finds",
      "Asks the XSL Pattern PATTERN at the content root and prints the text of each element that it "
-     "finds, one to a line. Finding nothing is the exit status 1.",
+     "finds, one to a line. A PATTERN that ends in /@NAME prints the values of the attributes that "
+     "are there. Finding nothing is the exit status 1.",
      kGetExamples},
     {Command::kSet, "set", "[OPTIONS] FILE PATTERN VALUE", "changes the value of elements",
      "Gives every element that PATTERN finds from the content root the value VALUE, as the "
-     "schema types it, and writes the message back. A regular file is replaced as a whole or not "
+     "schema types it, and writes the message back. A PATTERN that ends in /@NAME changes "
+     "attributes. A regular file is replaced as a whole or not "
      "at all. When one element refuses "
      "the value, or the changed message would not load again, nothing is written.",
      kSetExamples},
+    {Command::kEdit, "edit", "[OPTIONS] FILE [SCRIPT]",
+     "makes all the changes of a script, or none",
+     "Makes the changes that SCRIPT asks for, one command to a line, in their order, and writes "
+     "the "
+     "message back. The first command that fails ends it with the name of the script, its line and "
+     "the position in it, and nothing is written; nor is it when the changed message would not "
+     "load "
+     "again. The commands of -e stand in the place of SCRIPT.\n"
+     "Each PATTERN is asked at the content root, when its command's turn has come; one that finds "
+     "nothing is an error. Blanks part the words, and a \"#\" in the place of a word begins a "
+     "comment. A PATTERN may have blanks in its brackets. What else has blanks, is empty, or "
+     "begins "
+     "with \"#\" or a quotation mark is quoted: in '...' everything is as it is written, in "
+     "\"...\" there are \\\" \\' \\\\ \\n \\t \\r and, as show prints them, \\x1F and "
+     "\\u{20AC}. Scripts are UTF-8, of at most 16 MiB in lines of at most 1 MiB.",
+     kEditExamples, kEditTerms, kEditSample},
     {Command::kSchema, "schema", "[OPTIONS] SCHEMA", "shows what a schema declares",
      "Prints each element type of the schema: content, order and model, data type and lengths, "
      "attributes (\"@\") and children, with how often they occur unless that is once.",
@@ -129,7 +189,7 @@ constexpr std::string_view kGeneral[] = {
 
 constexpr Term kExitStatus[] = {
     {"0", "All went well."},
-    {"1", "A message, schema or setting is bad or missing, or a pattern finds nothing."},
+    {"1", "A message, schema, script or setting is bad or missing, or a pattern finds nothing."},
     {"2", "The command line, or the value of a KX_ variable, is wrong."},
     {"3", "The result could not be written."},
     {"4", "Memory ran out, or the program has a fault."},

@@ -15,6 +15,12 @@ struct Example {
   std::string_view what;
 };
 
+/// A term and its meaning.
+struct Term {
+  std::string_view term;
+  std::string_view meaning;
+};
+
 /// A command.
 struct CommandText {
   Command command;
@@ -23,12 +29,8 @@ struct CommandText {
   std::string_view summary;      ///< one line
   std::string_view description;  ///< paragraphs, separated by a line end
   std::span<const Example> examples;
-};
-
-/// A term and its meaning.
-struct Term {
-  std::string_view term;
-  std::string_view meaning;
+  std::span<const Term> terms = {};  ///< the words of its language, if it has one
+  std::string_view sample = {};      ///< lines in it
 };
 
 inline constexpr std::string_view kSummary = "works on XML messages bound to XDR schemas";

@@ -45,6 +45,7 @@ class Writer {
   virtual void Paragraph(std::string_view text) = 0;
   virtual void Item(std::string_view term, std::string_view meaning) = 0;
   virtual void ExampleLine(const Example& example) = 0;
+  virtual void Lines(std::string_view text) = 0;
   virtual void EndList() {}
   [[nodiscard]] const std::string& Text() const noexcept { return text_; }
 
@@ -81,6 +82,11 @@ class ManWriter final : public Writer {
   void ExampleLine(const Example& example) override {
     Add(".PP\n.RS\n.nf\n" + Plain(example.line) + "\n.fi\n.RE\n" + Plain(example.what) + ".\n");
   }
+  void Lines(std::string_view text) override {
+    Add(".PP\n.RS\n.nf\n");
+    for (const std::string_view line : Paragraphs(text)) Add(Plain(line) + '\n');
+    Add(".fi\n.RE\n");
+  }
 
  private:
   // A backslash and a dash mean themselves; a line must not begin as a request does.
@@ -115,6 +121,7 @@ class MarkdownWriter final : public Writer {
   void ExampleLine(const Example& example) override {
     Add("\n```sh\n" + std::string(example.line) + "   # " + std::string(example.what) + "\n```\n");
   }
+  void Lines(std::string_view text) override { Add("\n```\n" + std::string(text) + "\n```\n"); }
   void EndList() override { inList_ = false; }
 
  private:
@@ -161,6 +168,9 @@ void WriteCommands(Writer& writer, const CLI::App& grammar) {
     for (const std::string_view paragraph : Paragraphs(text.description)) {
       writer.Paragraph(paragraph);
     }
+    for (const Term& term : text.terms) writer.Item(term.term, term.meaning);
+    writer.EndList();
+    if (!text.sample.empty()) writer.Lines(text.sample);
     const CLI::App* const command = grammar.get_subcommand(std::string(text.name));
     WriteOptions(writer, *command, [&grammar](const CLI::Option& option) {
       return option.get_positional() || !IsCommon(NameOf(option), grammar);

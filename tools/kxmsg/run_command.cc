@@ -3,6 +3,7 @@
 
 #include "kxmsg/commands.h"
 #include "kxmsg/files.h"
+#include "kxmsg/script.h"
 #include "kxmsg/text_form.h"
 
 #include <exception>
@@ -26,6 +27,8 @@ Run RunOf(Command command) {
       return RunGet;
     case Command::kSet:
       return RunSet;
+    case Command::kEdit:
+      return RunEdit;
     case Command::kSchema:
       return RunSchema;
     case Command::kHeader:
@@ -56,6 +59,8 @@ ExitStatus RunAndTell(const Arguments& arguments, Console& console) {
     status = RunOf(arguments.command)(arguments, console);
   } catch (const kx::Error& error) {
     console.PrintFailure(SubjectOf(arguments), DescribeError(error));
+  } catch (const ScriptFailure& failure) {
+    console.PrintFailure(failure.name, failure.failure);
   }
   console.Flush();
   return status;

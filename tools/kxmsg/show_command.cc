@@ -1,4 +1,4 @@
-// kxmsg show: the tree of a message, one line for each element.
+// kxmsg show: the tree of a message, one line for each element and attribute.
 //
 // The walk keeps its own stack, and asks for children by position: enumerations end at 32,767, and
 // a child asked for by name may be made by the asking. Declared children that are not there come
@@ -12,6 +12,7 @@
 #include "kxmsg/commands.h"
 #include "kxmsg/files.h"
 #include "kxmsg/schema_text.h"
+#include "kxmsg/show_attributes.h"
 #include "kxmsg/text_form.h"
 
 #include <map>
@@ -119,7 +120,7 @@ std::vector<Absent> AbsentByInfo(const kx::KXMsgElement& element,
 class TreePrinter {
  public:
   TreePrinter(const kx::KXMessage& message, const Arguments& arguments, Console& console)
-      : arguments_(arguments), console_(console) {
+      : mostShown_(arguments.full ? std::string::npos : kMostShown), console_(console) {
     // The namespace of a second schema has a location behind its prefix.
     const std::string text = message.XML();
     if (text.find("x-schema:") == std::string::npos &&
@@ -166,12 +167,14 @@ class TreePrinter {
     // The text of a mixed element with children is theirs too, and would be told twice.
     if (info.CanHaveValue() && level.count == 0) line += " = " + ValueOf(level.element);
     console_.Print(line + '\n');
+    const std::string indent = Indent(open_.size() + 1);
+    for (const std::string& attribute : AttributeLines(level.element, mostShown_, console_)) {
+      console_.Print(indent + attribute + '\n');
+    }
   }
 
   [[nodiscard]] std::string ValueOf(const kx::KXMsgElement& element) const {
-    const std::string text = element.TextValue();
-    const std::string shown = arguments_.full ? text : Shortened(text, kMostShown);
-    return console_.Styled(Style::kValue, Quoted(shown));
+    return console_.Styled(Style::kValue, Quoted(Shortened(element.TextValue(), mostShown_)));
   }
 
   void PrintAbsent(const Level& level) {
@@ -187,7 +190,7 @@ class TreePrinter {
     }
   }
 
-  const Arguments& arguments_;
+  std::size_t mostShown_;
   Console& console_;
   std::optional<Declarations> declarations_;  // nothing where the message has several schemas
   std::vector<Level> open_;

@@ -93,13 +93,21 @@ bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 }  // namespace
 
-bool IsUtf8(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
+std::size_t Utf8Length(std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size()) {
     const Character c = CharacterAt(text, at);
-    if (c.length == 0) return false;
+    if (c.length == 0) break;
     at += c.length;
   }
-  return true;
+  return at;
+}
+
+bool IsUtf8(std::string_view text) { return Utf8Length(text) == text.size(); }
+
+std::size_t CharacterCount(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](char c) { return !IsContinuation(c); }));
 }
 
 std::string Printable(std::string_view text) { return Escaped(text, Escape::kControls); }

@@ -9,8 +9,14 @@
 
 namespace kxmsg {
 
+/// The number of bytes of `text` before the first that is not of well-formed UTF-8.
+[[nodiscard]] std::size_t Utf8Length(std::string_view text);
+
 /// True when `text` is well-formed UTF-8.
 [[nodiscard]] bool IsUtf8(std::string_view text);
+
+/// The number of characters of `text`, which is well-formed UTF-8.
+[[nodiscard]] std::size_t CharacterCount(std::string_view text);
 
 /// `text` on one line: control characters (C0, DEL, C1), line and paragraph separators, the marks
 /// that turn the direction of writing and ill-formed bytes as \n, \t, \xHH or \u{...}; a backslash

@@ -1,45 +1,50 @@
-// kxmsg get and kxmsg set: the elements that a pattern finds from the content root.
+// kxmsg get and kxmsg set: the elements, or attributes, that a pattern finds from the content root.
+#include "kxmessage/attributes.h"
 #include "kxmessage/element.h"
-#include "kxmessage/error_codes.h"
-#include "kxmessage/found_elements.h"
 #include "kxmessage/message.h"
 
 #include "kxmsg/commands.h"
+#include "kxmsg/edits.h"
 #include "kxmsg/files.h"
+#include "kxmsg/selection.h"
 #include "kxmsg/text_form.h"
-
-#include <vector>
 
 namespace kxmsg {
 
 namespace {
 
-// Raises: 91 for what is found and is no element of a schema.
-std::vector<kx::KXMsgElement> Find(const kx::KXMessage& message, const std::string& pattern) {
-  const kx::KXMsgFoundElements found = message.RootElement().FindElements(pattern);
-  std::vector<kx::KXMsgElement> elements;
-  const std::int32_t count = found.Count();
-  for (std::int32_t i = 1; i <= count; ++i) elements.push_back(found.Element(i));
-  return elements;
+std::string TextOf(const kx::KXMsgElement& element, const Selection& selection, bool asXml) {
+  if (!selection.attribute.empty())
+    return element.Attributes().Attrib(selection.attribute).TextValue();
+  return asXml ? element.XML() : element.TextValue();
 }
 
-ExitStatus TellNothingFound(const Arguments& arguments, Console& console) {
-  Failure failure;
-  failure.number = kx::kxMsgErrorNoChild;
-  failure.text = "The pattern " + Quoted(arguments.pattern) + " finds nothing.";
-  console.PrintFailure(ShownName(arguments.file), failure);
-  return ExitStatus::kBad;
+// What --create adds to the message, for what the pattern did not find.
+Selection SelectOrCreate(const kx::KXMessage& message, const std::string& pattern) {
+  const AttributePath path = AttributePathOf(pattern);
+  if (!path.owners.empty()) {
+    Selection selection = SelectSome(message, path.owners);
+    selection.attribute = path.name;
+    return selection;
+  }
+  Selection selection = Select(message, pattern);
+  if (selection.elements.empty() && selection.attribute.empty()) {
+    selection.elements.push_back(message.RootElement().ChildElements(pattern));
+  }
+  return selection.elements.empty() ? SelectSome(message, pattern) : selection;
 }
 
 }  // namespace
 
 ExitStatus RunGet(const Arguments& arguments, Console& console) {
+  if (arguments.xml && !AttributePathOf(arguments.pattern).name.empty()) {
+    throw UsageFailure{"--xml prints elements; the pattern ends in an attribute."};
+  }
   const kx::KXMessage message = LoadMessage(arguments.file, arguments, console);
-  const std::vector<kx::KXMsgElement> elements = Find(message, arguments.pattern);
-  if (elements.empty()) return TellNothingFound(arguments, console);
+  const Selection selection = SelectSome(message, arguments.pattern);
   const char end = arguments.nullEnds ? '\0' : '\n';
-  for (const kx::KXMsgElement& element : elements) {
-    std::string text = arguments.xml ? element.XML() : element.TextValue();
+  for (const kx::KXMsgElement& element : selection.elements) {
+    std::string text = TextOf(element, selection, arguments.xml);
     if (console.IsOutputATerminal() && !arguments.nullEnds) text = PrintableLines(text);
     console.Print(text + end);
   }
@@ -48,12 +53,9 @@ ExitStatus RunGet(const Arguments& arguments, Console& console) {
 
 ExitStatus RunSet(const Arguments& arguments, Console& console) {
   const kx::KXMessage message = LoadMessage(arguments.file, arguments, console);
-  std::vector<kx::KXMsgElement> elements = Find(message, arguments.pattern);
-  if (elements.empty() && arguments.create) {
-    elements.push_back(message.RootElement().ChildElements(arguments.pattern));
-  }
-  if (elements.empty()) return TellNothingFound(arguments, console);
-  for (const kx::KXMsgElement& element : elements) element.Value(arguments.value);
+  const Selection selection = arguments.create ? SelectOrCreate(message, arguments.pattern)
+                                               : SelectSome(message, arguments.pattern);
+  SetValues(selection, arguments.value);
   SaveChange(message, arguments, console);
   return ExitStatus::kDone;
 }

@@ -41,6 +41,12 @@ TEST(CommandLineOf, EachCommandHasItsWords) {
   EXPECT_EQ(get.file, "a");
   EXPECT_EQ(get.pattern, "b");
   EXPECT_FALSE(get.hasOutput);
+  const Arguments edit = Read({"edit", "a", "b", "-e", "[c]", "--edit", "set d -5", "-e", ""});
+  EXPECT_EQ(edit.file, "a");
+  EXPECT_TRUE(edit.hasScript);
+  EXPECT_EQ(edit.script, "b");
+  EXPECT_EQ(edit.scriptLines, (Words{"[c]", "set d -5", ""}));
+  EXPECT_FALSE(Read({"edit", "-", "-e", "remove a"}).hasScript);
   const Arguments set = Read({"set", "a", "b", "c", "-o", "-"});
   EXPECT_EQ(set.value, "c");
   EXPECT_TRUE(set.hasOutput);
@@ -179,7 +185,8 @@ TEST(CommandLineOf, HelpIsOfTheCommandThatItStandsBehind) {
   const CommandLine early = ReadCommandLine({"set", "a", "-h"}, arguments);
   EXPECT_EQ(all.outcome, CommandLine::Outcome::kPrint);
   EXPECT_NE(all.text.find("Exit status:"), std::string::npos);
-  for (const char* part : {"new", "check", "show", "get", "set", "schema", "header", "config"}) {
+  for (const char* part :
+       {"new", "check", "show", "get", "set", "edit", "schema", "header", "config"}) {
     EXPECT_NE(all.text.find(std::string("\n  ") + part + ' '), std::string::npos) << part;
   }
   EXPECT_EQ(one.outcome, CommandLine::Outcome::kPrint);

@@ -37,6 +37,12 @@ TEST(ManualPages, EveryCommandAndOptionIsInAllForms) {
       EXPECT_NE(help.find(example.line), std::string::npos) << example.line;
       EXPECT_NE(markdown.find(example.line), std::string::npos) << example.line;
     }
+    for (const Term& term : text.terms) {
+      EXPECT_NE(OneLine(help).find(OneLine(term.meaning)), std::string::npos) << term.term;
+      EXPECT_NE(markdown.find("`" + std::string(term.term) + "`"), std::string::npos) << term.term;
+    }
+    EXPECT_NE(OneLine(help).find(OneLine(text.sample)), std::string::npos) << text.name;
+    EXPECT_NE(markdown.find(text.sample), std::string::npos) << text.name;
     for (const CLI::Option* const option : command->get_options()) {
       const std::string description = option->get_description();
       EXPECT_FALSE(description.empty()) << option->get_name();

@@ -27,7 +27,8 @@ TEST_F(KxmsgOutput, AFullDeviceIsToldByEveryCommandThatPrints) {
                         {"schema", "order.xdr"},
                         {"header", "order.xml"},
                         {"config"},
-                        {"set", "order.xml", "Header/Rush", "1", "-o", "-"}};
+                        {"set", "order.xml", "Header/Rush", "1", "-o", "-"},
+                        {"edit", "order.xml", "-e", "set Header/Rush 1", "-o", "-"}};
   const std::string order = Read("order.xml");
   for (const Words& words : rows) {
     const RunResult result = Run(words, {.outputFile = "/dev/full"});

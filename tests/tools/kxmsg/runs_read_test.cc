@@ -19,6 +19,9 @@ TEST_F(KxmsgRead, ShowPrintsTheTreeAndWhatIsNotThere) {
   EXPECT_EQ(result.errors, "");
   EXPECT_EQ(result.output,
             "Order: elements\n"
+            "  @number: string = \"A-20417\"\n"
+            "  @currency: enumeration = \"EUR\"\n"
+            "  @status: enumeration = \"new\"\n"
             "  Header: elements\n"
             "    Placed: dateTime = \"2024-05-17T09:30:00\"\n"
             "    Customer: string = \"Harbour \\\"Lights\\\"\"\n"
@@ -29,6 +32,9 @@ TEST_F(KxmsgRead, ShowPrintsTheTreeAndWhatIsNotThere) {
             "    - Courier, alternative\n"
             "  Items: elements\n"
             "    Item: elements [1..*]\n"
+            "      @sku: string = \"LMP-100\"\n"
+            "      @unit: enumeration = \"each\"\n"
+            "      - @gift, optional\n"
             "      Description: string = \"Deck lamp\"\n"
             "      Quantity: int = \"4\"\n"
             "      Price: fixed.14.4 = \"129.5000\"\n"

@@ -105,6 +105,14 @@ TEST(TextForm, Utf8IsToldFromOtherBytes) {
   EXPECT_TRUE(IsUtf8("a\xC3\xA9"));
   EXPECT_FALSE(IsUtf8("a\xE9"));
   EXPECT_FALSE(IsUtf8("\xC3"));
+  EXPECT_EQ(Utf8Length("a\xC3\xA9"), 3U);
+  EXPECT_EQ(Utf8Length("\xC3\xA9\xFFz"), 2U);
+  EXPECT_EQ(Utf8Length("\xC3"), 0U);
+}
+
+TEST(TextForm, CharactersAreCountedNotBytes) {
+  EXPECT_EQ(CharacterCount(""), 0U);
+  EXPECT_EQ(CharacterCount("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), 4U);
 }
 
 TEST(TextForm, NamesCompareWithoutRegardToCase) {

@@ -1,0 +1,130 @@
+// kxmsg edit: a script of edits, all of them or none.
+#include "kxmessage/error.h"
+#include "kxmessage/error_codes.h"
+#include "kxmessage/message.h"
+
+#include "kxmsg/commands.h"
+#include "kxmsg/edits.h"
+#include "kxmsg/files.h"
+#include "kxmsg/script.h"
+#include "kxmsg/selection.h"
+
+#include <optional>
+#include <string>
+
+namespace kxmsg {
+
+namespace {
+
+struct Script {
+  std::string name;
+  std::string text;
+};
+
+Script ScriptOfLines(const Arguments& arguments) {
+  Script script{"-e", {}};
+  for (const std::string& lines : arguments.scriptLines) {
+    script.text += lines;
+    if (lines.empty() || lines.back() != '\n') script.text += '\n';
+  }
+  return script;
+}
+
+Script ReadScript(const Arguments& arguments) {
+  if (!arguments.scriptLines.empty()) {
+    if (arguments.hasScript) throw UsageFailure{"SCRIPT and -e do not go together."};
+    return ScriptOfLines(arguments);
+  }
+  const std::string name = arguments.hasScript ? arguments.script : "-";
+  if (name == "-" && arguments.file == "-") {
+    throw UsageFailure{"Standard input cannot be both the message and the script."};
+  }
+  try {
+    return {ShownName(name), ReadBytes(name, kMostScriptBytes)};
+  } catch (const kx::Error& error) {
+    throw ScriptFailure{ShownName(name), DescribeError(error)};
+  }
+}
+
+void CheckScript(const Script& script) {
+  ScriptReader reader(script.text, script.name);
+  while (reader.Next()) {
+  }
+}
+
+void Apply(const Step& step, const Selection& selection) {
+  const std::optional<std::string> value =
+      step.value ? std::optional(step.value->text) : std::nullopt;
+  switch (step.verb) {
+    case Verb::kSet:
+      SetValues(selection, value.value_or(""));
+      return;
+    case Verb::kRemove:
+      Remove(selection);
+      return;
+    case Verb::kAdd:
+    case Verb::kAttr:
+    case Verb::kGroup:
+      break;
+  }
+  for (const kx::KXMsgElement& element : selection.elements) {
+    if (step.verb == Verb::kAdd) {
+      AddChild(element, step.name ? step.name->text : std::string(), value);
+    } else if (step.verb == Verb::kAttr) {
+      PutAttribute(element, step.name->text, value);
+    } else {
+      element.ReplaceGroup(step.groupNumber);
+    }
+  }
+}
+
+// The commands that work on elements have no use for attributes.
+Selection SelectFor(const Step& step, const kx::KXMessage& message) {
+  Selection selection = SelectSome(message, step.pattern.text);
+  const bool takesAttributes = step.verb == Verb::kSet || step.verb == Verb::kRemove;
+  if (!selection.attribute.empty() && !takesAttributes) {
+    throw kx::Error(kx::kxMsgErrorNoChildren, "kxmsg",
+                    "The pattern finds attributes; this command works on elements.");
+  }
+  return selection;
+}
+
+// The word that a failure is about, as far as the tool can tell.
+const Word& AppliedWord(const Step& step) {
+  if (step.value) return *step.value;
+  if (step.group) return *step.group;
+  return step.name ? *step.name : step.pattern;
+}
+
+ScriptFailure FailureAt(const Script& script, const Step& step, const Word& word,
+                        const kx::Error& error) {
+  ScriptFailure failure{script.name, DescribeError(error)};
+  failure.failure.line = step.line;
+  failure.failure.position = word.position;
+  return failure;
+}
+
+void RunStep(const Script& script, const Step& step, const kx::KXMessage& message) {
+  const Word* word = &step.pattern;
+  try {
+    const Selection selection = SelectFor(step, message);
+    word = &AppliedWord(step);
+    Apply(step, selection);
+  } catch (const kx::Error& error) {
+    throw FailureAt(script, step, *word, error);
+  }
+}
+
+}  // namespace
+
+ExitStatus RunEdit(const Arguments& arguments, Console& console) {
+  const Script script = ReadScript(arguments);
+  CheckScript(script);
+  const kx::KXMessage message = LoadMessage(arguments.file, arguments, console);
+  ScriptReader reader(script.text, script.name);
+  while (const std::optional<Step> step = reader.Next()) RunStep(script, *step, message);
+  SaveChange(message, arguments, console);
+  return ExitStatus::kDone;
+}
+
+}  // namespace kxmsg

@@ -1,0 +1,32 @@
+// The edits that commands and scripts ask for, by the rules of the library: each raises what the
+// library raises, and what was done before stays done.
+#pragma once
+
+#include "kxmessage/element.h"
+#include "kxmessage/message.h"
+
+#include "kxmsg/selection.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace kxmsg {
+
+/// Gives every element of the selection, or the attribute of every one, the value.
+void SetValues(const Selection& selection, const std::string& value);
+
+/// Adds a child to `parent`, the only one that is declared when `name` is empty, and gives it the
+/// value if there is one.
+void AddChild(const kx::KXMsgElement& parent, const std::string& name,
+              const std::optional<std::string>& value);
+
+/// Gives `element` the attribute: adds it where it is absent, and sets the value if there is one.
+void PutAttribute(const kx::KXMsgElement& element, const std::string& name,
+                  const std::optional<std::string>& value);
+
+/// Removes what was selected, the last one first: what stands in another one that was selected
+/// goes before that. Raises: kxMsgErrorRequiredChild, with a text of its own, for the content root.
+void Remove(const Selection& selection);
+
+}  // namespace kxmsg
