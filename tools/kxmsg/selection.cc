@@ -100,10 +100,14 @@ AttributePath AttributePathOf(std::string_view pattern) {
 Selection Select(const kx::KXMessage& message, const std::string& pattern) {
   Selection selection;
   selection.attribute = AttributePathOf(pattern).name;
-  // The parent of an attribute is its element.
-  const std::string query = selection.attribute.empty() ? pattern : '(' + pattern + ")/..";
   try {
-    selection.elements = FindElements(message, query);
+    if (selection.attribute.empty()) {
+      selection.elements = FindElements(message, pattern);
+    } else if (message.RootElement().FindElements(pattern).Count() > 0) {
+      // The parent of an attribute is its element. Asked for itself first, a pattern that is none
+      // is told as it was given.
+      selection.elements = FindElements(message, '(' + pattern + ")/..");
+    }
   } catch (const kx::Error& error) {
     if (error.Number() != kObjectNotSet) throw;
     throw kx::Error(kObjectNotSet, error.Source(),
