@@ -1,6 +1,6 @@
 // The code of the guide's chapter on editing: attributes, children and groups of new messages.
 //
-//   kx_guide_editing [FOLDER]     FOLDER holds order.xdr and bill.xdr; the current folder unless given
+//   kx_guide_editing [FOLDER]     FOLDER holds order.xdr and bill.xdr; the current one unless given
 #include <filesystem>
 #include <iostream>
 #include <kxmessage/kxmessage.h>

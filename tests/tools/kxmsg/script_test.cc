@@ -9,8 +9,6 @@
 namespace kxmsg {
 namespace {
 
-using std::string_literals::operator""s;
-
 std::string Told(const Word& word) {
   return "<" + word.text + ">@" + std::to_string(word.position);
 }
@@ -169,8 +167,8 @@ TEST(ScriptReader, WhatIsNoCommandIsToldWithItsPlace) {
       {R"(set a "\u{110000}")", "1:8: " + escape},
       {R"(set a "\u{1234567}")", "1:8: " + escape},
       {R"(set a "\u{41")", "1:8: " + escape},
-      {"remove a\0b"s, "1:9: A NUL; scripts are UTF-8."},
-      {"r\0e\0"s, "1:2: A NUL; scripts are UTF-8."},
+      {std::string("remove a\0b", 10), "1:9: A NUL; scripts are UTF-8."},
+      {std::string("r\0e\0", 4), "1:2: A NUL; scripts are UTF-8."},
       {"remove \xC3\xA9\xFF", "1:9: Not UTF-8."},
       {"\xFF\xFEr", "1:1: Not UTF-8."},
       {"# \xED\xA0\x80", "1:3: Not UTF-8."},

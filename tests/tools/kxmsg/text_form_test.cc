@@ -24,6 +24,7 @@ TEST(TextForm, NothingThatSteersATerminalIsPrintedAsItIs) {
       {"\xC2\x9B"
        "31m",
        "\\u{9B}31m", "the C1 form of an escape"},
+      // NOLINTNEXTLINE(misc-misleading-bidirectional): written as escapes, which mislead nobody
       {"\xE2\x80\xAE"
        "abc\xE2\x81\xA6",
        "\\u{202E}abc\\u{2066}", "marks of direction"},
