@@ -23,6 +23,16 @@ void RemoveElement(const kx::KXMsgElement& element) {
   parent.RemoveChild(element);
 }
 
+// The library looks for what it removes by the name without prefix, which may be another
+// attribute's.
+void RemoveAttribute(const kx::KXMsgElement& element, const std::string& name) {
+  if (name.find(':') != std::string::npos) {
+    throw kx::Error(kx::kxMsgErrorUnknownAttribute, "kxmsg",
+                    "An attribute with a prefix is none of the schema and cannot be removed.");
+  }
+  element.Attributes().RemoveAttribute(name);
+}
+
 }  // namespace
 
 void SetValues(const Selection& selection, const std::string& value) {
@@ -61,7 +71,7 @@ void Remove(const Selection& selection) {
     if (selection.attribute.empty()) {
       RemoveElement(*element);
     } else {
-      element->Attributes().RemoveAttribute(selection.attribute);
+      RemoveAttribute(*element, selection.attribute);
     }
   }
 }

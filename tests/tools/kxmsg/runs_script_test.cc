@@ -125,6 +125,25 @@ TEST_F(KxmsgScript, ReadOnlyAttributesKeepTheirValue) {
   }
 }
 
+TEST_F(KxmsgScript, AttributesWithAPrefixAreReadAndNotChanged) {
+  Write("schemas/open.xdr", R"(<Schema xmlns="urn:schemas-microsoft-com:xml-data">
+  <AttributeType name="note"/><ElementType name="r" content="textOnly" model="open">
+    <attribute type="note"/></ElementType></Schema>)");
+  Write("case.xml", "<r xmlns=\"x-schema:open.xdr\" xmlns:q=\"urn:q\" note=\"a\" q:note=\"b\"/>");
+  EXPECT_EQ(Run({"get", "case.xml", "@q:note"}).output, "b\n");
+  const std::string before = Read("case.xml");
+  for (const char* command : {"remove @q:note", "set @q:note c", "attr . q:note c",
+                              "remove @xmlns:q", "remove @xmlns", "set @xmlns c"}) {
+    const RunResult result = Run({"edit", "case.xml", "-e", command});
+    EXPECT_EQ(result.status, 1) << command;
+    EXPECT_NE(result.errors.find("error 0x800409A6: "), std::string::npos) << result.errors;
+    EXPECT_EQ(Read("case.xml"), before) << command;
+  }
+  EXPECT_EQ(Run({"edit", "case.xml", "-e", "remove @note"}).status, 0);
+  EXPECT_EQ(Run({"get", "case.xml", "@q:note"}).output, "b\n");
+  EXPECT_EQ(Run({"get", "case.xml", "@note"}).status, 1);
+}
+
 TEST_F(KxmsgScript, WhatFailsIsToldWithItsPlaceAndLeavesTheFileAsItWas) {
   const std::string before = Read("order.xml");
   const struct {
