@@ -110,9 +110,14 @@ Start RandomStart(Chance& chance) {
   }
 }
 
+// Half of the operations are done on the element that the one before them was done on.
 std::vector<Operation> RandomOperations(Chance& chance, std::size_t count) {
   std::vector<Operation> operations;
-  while (operations.size() < count) operations.push_back(MakeOperation(chance));
+  while (operations.size() < count) {
+    Operation operation = MakeOperation(chance);
+    if (!operations.empty() && chance.OneIn(2)) operation.a = operations.back().a;
+    operations.push_back(operation);
+  }
   return operations;
 }
 

@@ -109,6 +109,9 @@ class Duel {
   [[nodiscard]] std::string PickAttribute(const Element& element, std::uint32_t number) const;
   [[nodiscard]] bool HasRoomFor(const Element& parent, const Element& child) const;
 
+  // The lists that the element's enumerations go through.
+  void Watch(const Pair& watched);
+
   // What the operations do, by kind.
   void Root();
   void ChildByName();

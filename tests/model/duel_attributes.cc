@@ -278,7 +278,10 @@ void Duel::Do(const Operation& operation) {
   const Kinds& kind = Kinds::Of(operation.kind);
   kind_ = kind.name;
   const std::size_t before = log_.size();
+  const Pair watched = operation.c >> 30U == 0 ? Target() : Pair();
+  if (watched.model) Watch(watched);
   (this->*kind.perform)();
+  if (watched.model) Watch(watched);
   if (log_.size() == before) return;  // there was nothing to do it on
   CompareIdentities(log_.back());
   CompareMessages(log_.back());

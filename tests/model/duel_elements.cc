@@ -149,6 +149,25 @@ void Duel::Enumerate() {
   pairs_[next_++ % pairs_.size()] = {ours[kept], theirs[kept]};
 }
 
+void Duel::Watch(const Pair& watched) {
+  Both(
+      NameOf(watched) + " watched",
+      [&] {
+        std::string names = Names(watched.library) + "with ";
+        for (const KXMsgAttribute& attribute : watched.library.Attributes()) {
+          names += Outcome([&] { return attribute.Name(); }) + " ";
+        }
+        return names;
+      },
+      [&] {
+        std::string names = Names(watched.model->Enumerate()) + "with ";
+        for (const AttributePtr& attribute : watched.model->GetAttributes().Enumerate()) {
+          names += Outcome([&] { return attribute->Name(); }) + " ";
+        }
+        return names;
+      });
+}
+
 void Duel::StartWalk() {
   const Pair target = Target();
   Walk& walk = walks_[now_.b % walks_.size()];

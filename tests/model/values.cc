@@ -35,7 +35,7 @@ std::string Trimmed(const std::string& text) {
 bool Suits(const std::string& text, const std::string& dataType) {
   if (dataType == "int") return IsInteger(text);
   if (dataType == "boolean") return text == "0" || text == "1" || text == "true" || text == "false";
-  if (dataType == "nmtoken") return IsToken(text);
+  if (dataType == "nmtoken" || dataType == "enumeration") return IsToken(text);
   if (dataType == "id") return IsToken(text) && IsLetter(text[0]);
   if (dataType == "nmtokens") {
     std::vector<std::string> tokens = SplitAtBlanks(text);

@@ -14,7 +14,7 @@ namespace kx::model {
 /// UnsuitableText for what is none.
 [[nodiscard]] std::string ReadTyped(const std::string& text, const std::string& dataType);
 /// Raises: UnsuitableText for a text that is none of the type. The empty text suits every type, and
-/// every value of an enumeration suits that in any letter case.
+/// any name token an enumeration: its values are not looked at here.
 void CheckTyped(const std::string& text, const std::string& dataType);
 
 }  // namespace kx::model
