@@ -8,43 +8,23 @@
 
 #include "core/handle_access.h"
 #include "core/message/message_impl.h"
-#include "core/text_form.h"
 #include "message_world.h"
-#include "platform/xdr/typing.h"
+#include "read_again.h"
+#include "script.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
-#include <string_view>
 
 namespace {
 
 using namespace kx;
+using fuzz::Script;
 
 constexpr std::array<const char*, 12> kNames = {"Item", "Qty",  "Price",  "Day",
                                                 "Data", "Note", "Remark", "Item/Qty",
                                                 "*",    "..",   "Nobody", "//Note"};
-
-/// The bytes that are left.
-class Script {
- public:
-  Script(const std::uint8_t* bytes, std::size_t size) : bytes_(bytes), end_(bytes + size) {}
-  [[nodiscard]] bool AtEnd() const { return bytes_ == end_; }
-  std::uint8_t Byte() { return AtEnd() ? 0 : *bytes_++; }
-  std::string Text() {
-    std::string text;
-    for (std::uint8_t left = Byte() % 12; left > 0 && !AtEnd(); --left) {
-      text += static_cast<char>(Byte() & 0x7FU);
-    }
-    return text;
-  }
-
- private:
-  const std::uint8_t* bytes_;
-  const std::uint8_t* end_;
-};
 
 Variant ValueOf(Script& script) {
   switch (script.Byte() % 6) {
@@ -93,21 +73,6 @@ KXMsgElement Step(const KXMessage& message, const KXMsgElement& at, Script& scri
   }
 }
 
-// The text of the message's tree, without and with validation.
-void CheckText(const KXMessage& message) {
-  const core::Environment& environment = *fuzz::MessageWorld();
-  const auto& root = HandleAccess::Of<element::ElementImpl>(message.RootElement());
-  const dom::Document document = root.GetElementNode().OwnerDocument();
-  const std::string text = core::LoadMessageText(message.XML(), {}, environment).text;
-  const dom::Document again = environment.NewDomDocument();
-  again.ValidateOnParse(false);
-  if (!again.LoadXml(text)) std::abort();
-  if (again.DocumentElement().Xml() != document.DocumentElement().Xml()) std::abort();
-  again.ValidateOnParse(true);
-  const bool valid = again.LoadXml(text);
-  if (valid != (xdr::ValidateBound(document.Data()).code == 0)) std::abort();
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
@@ -124,6 +89,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
       // Refused; what it did before that stays.
     }
   }
-  CheckText(message);
+  fuzz::CheckReadsAgain(message);
   return 0;
 }

@@ -6,7 +6,7 @@
 
 namespace kx::fuzz {
 
-/// Made by the first call. Its schema base is C:\s\ with order.xdr and common.xdr.
+/// Made by the first call. Its schema base is C:\s\ with order.xdr, edit.xdr and common.xdr.
 [[nodiscard]] const runtime::Counted<const core::Environment>& MessageWorld();
 
 }  // namespace kx::fuzz
