@@ -439,6 +439,21 @@ TEST_F(ElementChildrenTest, AnOpenElementTakesAnyElementOfAnotherSchema) {
   EXPECT_EQ(part.Count(), 0);
 }
 
+TEST_F(ElementChildrenTest, AnElementOfTheMainSchemaInsideAnotherSchemaIsReadAgainAsOneOfThat) {
+  world_.AddSchema("guest.xml",
+                   "<ElementType name='Leaf' content='textOnly' dt:type='string'/>"
+                   "<ElementType name='Host' content='eltOnly' model='open'/>");
+  const KXMsgElement root = Root("<Root><Leaf>x</Leaf></Root>");
+  const KXMsgElement host = root.InsertChild(Other("guest", "<Host/>"));
+  EXPECT_EQ(host.InsertChild(root["Leaf"]).Info().DataType(), "none");
+  EXPECT_EQ(root.XML(),
+            "<Root xmlns=\"ref-schema:\"><Leaf>x</Leaf>"
+            "<Host xmlns=\"ref-schema:guest.xml\"><Leaf>x</Leaf></Host></Root>");
+  const KXMessage again = world_.NewMessage();
+  again.LoadMessageFromString(message_.XML());
+  EXPECT_EQ(again.RootElement()["Host"]["Leaf"].Info().DataType(), "string");
+}
+
 TEST_F(ElementChildrenTest, AnInsertedElementOutlivesTheMessageThatItCameFrom) {
   const KXMsgElement root = Root("<Root/>");
   root.InsertChild(Other("other", "<Part><Leaf>y</Leaf></Part>"));
