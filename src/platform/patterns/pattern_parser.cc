@@ -2,6 +2,7 @@
 #include "platform/patterns/pattern_parser.h"
 
 #include "platform/patterns/filter_forms.h"
+#include "platform/patterns/pattern_builder.h"
 #include "platform/patterns/pattern_lexer.h"
 #include "platform/patterns/pattern_methods.h"
 
@@ -51,7 +52,7 @@ struct Operand {
 class PatternParser {
  public:
   PatternParser(Code& code, std::span<const NamespacePrefix> prefixes)
-      : code_(code), prefixes_(prefixes), lexer_(code.text) {
+      : code_(code), builder_(code), prefixes_(prefixes), lexer_(code.text) {
     Advance();
   }
 
@@ -96,24 +97,6 @@ class PatternParser {
     if (operand.worth != Worth::kNodes) RaiseAt(PatternFault::kNotANodeSet, operand.where);
   }
 
-  // Adding to the code ---------------------------------------------------------------------------
-
-  template <class T>
-  static std::uint32_t Append(std::vector<T>& list, T value) {
-    list.push_back(std::move(value));
-    return static_cast<std::uint32_t>(list.size() - 1);
-  }
-  // Moves what was put aside from number `base` on to the end of `list`.
-  template <class T>
-  static std::uint32_t MoveAside(std::vector<T>& aside, std::size_t base, std::vector<T>& list) {
-    const auto first = static_cast<std::uint32_t>(list.size());
-    list.insert(list.end(), aside.begin() + static_cast<std::ptrdiff_t>(base), aside.end());
-    aside.resize(base);
-    return first;
-  }
-  ExprId AddExpr(const Expr& expr) { return Append(code_.exprs, expr); }
-  [[nodiscard]] const Expr& At(ExprId id) const { return code_.exprs[id]; }
-
   // Conditions -----------------------------------------------------------------------------------
 
   Operand ParseOr() {
@@ -157,30 +140,18 @@ class PatternParser {
     const std::size_t begin = token_.where.begin;
     const Operand first = ParseMember(kind);
     if (!AcceptListOperator(kind)) return first;
-    const std::size_t base = linksAside_.size();
+    const std::size_t base = builder_.BeginMembers();
     AddMember(kind, first);
     do {
       AddMember(kind, ParseMember(kind));
     } while (AcceptListOperator(kind));
-    Expr expr;
-    expr.kind = kind;
-    expr.count = static_cast<std::uint32_t>(linksAside_.size() - base);
-    expr.invariant = expr.downward = expr.below = kind == ExprKind::kUnion;
-    for (std::size_t i = base; i < linksAside_.size(); ++i) {
-      const Expr& member = At(linksAside_[i]);
-      expr.positional |= member.positional;
-      expr.counted |= member.counted;
-      expr.invariant &= member.invariant;
-      expr.downward &= member.downward;
-      expr.below &= member.below;
-    }
-    expr.first = MoveAside(linksAside_, base, code_.links);
-    return {AddExpr(expr), kind == ExprKind::kUnion ? Worth::kNodes : Worth::kTruth, Since(begin)};
+    const ExprId expr = builder_.FinishMembers(kind, base);
+    return {expr, kind == ExprKind::kUnion ? Worth::kNodes : Worth::kTruth, Since(begin)};
   }
 
   void AddMember(ExprKind kind, const Operand& member) {
     if (kind == ExprKind::kUnion) RequireNodes(member);
-    linksAside_.push_back(member.expr);
+    builder_.AddMember(member.expr);
   }
 
   Operand ParseNot() {
@@ -199,18 +170,9 @@ class PatternParser {
     }
     if (negations == 0) return operand;
     // Two of them cancel out, but what is left is a truth.
-    operand.expr = Negate(operand.expr);
-    if (negations % 2 == 0) operand.expr = Negate(operand.expr);
+    operand.expr = builder_.AddNot(operand.expr);
+    if (negations % 2 == 0) operand.expr = builder_.AddNot(operand.expr);
     return {operand.expr, Worth::kTruth, Since(begin)};
-  }
-
-  ExprId Negate(ExprId inner) {
-    Expr expr;
-    expr.kind = ExprKind::kNot;
-    expr.left = inner;
-    expr.positional = At(inner).positional;
-    expr.counted = At(inner).counted;
-    return AddExpr(expr);
   }
 
   Operand ParseComparison() {
@@ -228,45 +190,31 @@ class PatternParser {
     }
     if (left.worth == Worth::kTruth) RaiseAt(PatternFault::kNotANodeSet, left.where);
     Expr expr;
-    expr.kind = ExprKind::kCompare;
     expr.quantifier = quantifier;
     expr.comparison = token_.comparison;
     expr.caseRule = token_.caseRule;
     Advance();
     expr.left = left.expr;
     expr.right = ParseRightOperand();
-    expr.positional = At(expr.left).positional || At(expr.right).positional;
-    expr.counted = At(expr.left).counted || At(expr.right).counted;
-    return {AddExpr(expr), Worth::kTruth, Since(begin)};
+    return {builder_.AddComparison(expr), Worth::kTruth, Since(begin)};
   }
 
   ExprId ParseRightOperand() {
     if (token_.kind == TokenKind::kLiteral) return TakeLiteral();
     if (token_.kind == TokenKind::kNumber) {
-      Expr expr;
-      expr.kind = ExprKind::kNumber;
-      expr.number = token_.number;
-      expr.invariant = true;
+      const ExprId expr = builder_.AddNumber(token_.number);
       Advance();
-      return AddExpr(expr);
+      return expr;
     }
     const Operand right = ParsePath();
     if (right.worth == Worth::kTruth) RaiseAt(PatternFault::kNotANodeSet, right.where);
     return right.expr;
   }
 
-  std::uint32_t TakeLiteralText() {
-    const TextRange content = token_.content;
-    Advance();
-    return Append(code_.literals, content);
-  }
-
   ExprId TakeLiteral() {
-    Expr expr;
-    expr.kind = ExprKind::kLiteral;
-    expr.count = TakeLiteralText();
-    expr.invariant = true;
-    return AddExpr(expr);
+    const ExprId expr = builder_.AddLiteral(token_.content);
+    Advance();
+    return expr;
   }
 
   // Paths ----------------------------------------------------------------------------------------
@@ -290,14 +238,13 @@ class PatternParser {
 
   Operand ParsePath() {
     const std::size_t begin = token_.where.begin;
-    Expr path;
-    path.absolute = AtSlash();
-    if (!path.absolute) {
+    const bool absolute = AtSlash();
+    if (!absolute) {
       if (const std::optional<Operand> value = ParseValueOrGroup()) return *value;
     }
-    const std::size_t base = stepsAside_.size();
-    if (!path.absolute || token_.kind == TokenKind::kSlashSlash) {
-      ParseStep(path.absolute ? TakeSlash() : Descent::kNo, path.absolute);
+    const std::size_t base = builder_.BeginSteps();
+    if (!absolute || token_.kind == TokenKind::kSlashSlash) {
+      ParseStep(absolute ? TakeSlash() : Descent::kNo, absolute);
     } else {
       Advance();
       if (AtStep()) ParseStep(Descent::kNo, true);
@@ -306,7 +253,7 @@ class PatternParser {
       RefuseBehindAttribute(base);
       ParseStep(TakeSlash(), true);
     }
-    const ExprId expr = FinishPath(path, base);
+    const ExprId expr = builder_.FinishPath(absolute, base);
     if (token_.kind == TokenKind::kBang) return ParseBang(expr, begin);
     return {expr, Worth::kNodes, Since(begin)};
   }
@@ -320,7 +267,7 @@ class PatternParser {
 
   // Nothing may follow an attribute's name in a path.
   void RefuseBehindAttribute(std::size_t base) const {
-    if (stepsAside_.size() > base && attributeName_) RaiseExpected("eof");
+    if (builder_.BeginSteps() > base && attributeName_) RaiseExpected("eof");
   }
 
   // An information method, or a group that no filter or path makes a step of. The group is then
@@ -356,34 +303,21 @@ class PatternParser {
     Require(TokenKind::kName);
     const InfoMethodEntry* entry = FindMethod(kInfoMethods, lexer_.TextOf(token_.where));
     if (entry == nullptr || !token_.isCall) RaiseAt(PatternFault::kUnknownMethod, token_.where);
-    const ExprId expr = ParseInfo(*entry, IsContextNode(path) ? kNoExpr : path);
+    const ExprId expr = ParseInfo(*entry, builder_.IsContextNode(path) ? kNoExpr : path);
     return {expr, Worth::kValue, Since(begin)};
-  }
-
-  // True for ".": asking a method of it is asking it of the context node.
-  [[nodiscard]] bool IsContextNode(ExprId id) const {
-    const Expr& path = At(id);
-    if (path.kind != ExprKind::kPath || path.absolute || path.count != 1) return false;
-    const Step& step = code_.steps[path.first];
-    return step.axis == Axis::kSelf && !step.descend && step.filterCount == 0;
   }
 
   ExprId ParseInfo(const InfoMethodEntry& entry, ExprId target) {
     Advance();
     Expect(TokenKind::kOpen);
     Expr expr;
-    expr.kind = ExprKind::kInfo;
     expr.method = entry.method;
     expr.left = target;
     if (entry.argument != InfoArgument::kNone && token_.kind != TokenKind::kClose) {
       expr.right = ParseInfoArgument(entry.argument);
     }
     Expect(TokenKind::kClose);
-    expr.invariant = expr.right != kNoExpr && At(expr.right).kind == ExprKind::kLiteral;
-    const bool asksPlace = entry.method == InfoMethod::kIndex || entry.method == InfoMethod::kEnd;
-    expr.positional = asksPlace && target == kNoExpr;
-    expr.counted = expr.positional && entry.method == InfoMethod::kEnd;
-    return AddExpr(expr);
+    return builder_.AddInfo(expr);
   }
 
   ExprId ParseInfoArgument(InfoArgument argument) {
@@ -395,57 +329,6 @@ class PatternParser {
     return nodes.expr;
   }
 
-  ExprId FinishPath(Expr path, std::size_t base) {
-    DropLeadingContext(path, base);
-    path.kind = ExprKind::kPath;
-    path.count = static_cast<std::uint32_t>(stepsAside_.size() - base);
-    path.straight = !path.absolute && path.count <= kMostStraightSteps;
-    path.chain = true;
-    for (std::size_t i = base; i < stepsAside_.size(); ++i) {
-      const Step& step = stepsAside_[i];
-      path.straight &= !step.descend && step.axis <= Axis::kSelf;
-      path.chain &= step.axis <= Axis::kAttribute;
-    }
-    SetDirection(path, base);
-    path.invariant = path.absolute || (path.count > 0 && BeginsAnywhere(stepsAside_[base]));
-    path.first = MoveAside(stepsAside_, base, code_.steps);
-    return AddExpr(path);
-  }
-
-  // Whether all that the path gives is at or below the context node, or below it.
-  void SetDirection(Expr& path, std::size_t base) const {
-    path.downward = !path.absolute;
-    for (std::size_t i = base; i < stepsAside_.size(); ++i) {
-      const Step& step = stepsAside_[i];
-      const bool group = step.axis == Axis::kGroup;
-      path.downward &= group ? At(step.expr).downward : step.axis <= Axis::kSelf;
-      path.below |= group ? At(step.expr).below : step.axis <= Axis::kAttribute;
-    }
-    path.below &= path.downward;
-  }
-
-  // "./a" is "a", and ".//a" is "a" at any depth.
-  void DropLeadingContext(const Expr& path, std::size_t base) {
-    if (path.absolute || stepsAside_.size() - base < 2) return;
-    const Step& step = stepsAside_[base];
-    if (step.axis != Axis::kSelf || step.filterCount != 0) return;
-    stepsAside_.erase(stepsAside_.begin() + static_cast<std::ptrdiff_t>(base));
-  }
-
-  // True for a first step that gives the same nodes for each context node.
-  [[nodiscard]] bool BeginsAnywhere(const Step& step) const {
-    switch (step.axis) {
-      case Axis::kContext:
-      case Axis::kIdText:
-        return true;
-      case Axis::kGroup:
-      case Axis::kIdNodes:
-        return !step.descend && At(step.expr).invariant;
-      default:
-        return false;
-    }
-  }
-
   // Steps ----------------------------------------------------------------------------------------
 
   // `inPath`: a slash stands before it.
@@ -454,15 +337,10 @@ class PatternParser {
     step.descend = descent == Descent::kYes;
     const bool isAttribute = token_.kind == TokenKind::kAt && openGroup_ == kNoExpr;
     ParseTerm(step, inPath);
-    const std::size_t base = filtersAside_.size();
-    while (Accept(TokenKind::kOpenBracket)) filtersAside_.push_back(ParseFilter());
-    step.filterCount = static_cast<std::uint32_t>(filtersAside_.size() - base);
-    for (std::size_t i = base; i < filtersAside_.size(); ++i) {
-      step.positional |= filtersAside_[i].positional;
-      step.counted |= filtersAside_[i].counted;
-    }
-    step.firstFilter = MoveAside(filtersAside_, base, code_.filters);
-    stepsAside_.push_back(step);
+    const std::size_t base = builder_.BeginFilters();
+    while (Accept(TokenKind::kOpenBracket)) builder_.AddFilter(ParseFilter());
+    builder_.FinishFilters(step, base);
+    builder_.AddStep(step);
     attributeName_ = isAttribute;
   }
 
@@ -506,7 +384,7 @@ class PatternParser {
     Require(TokenKind::kName);
     const TextRange where = token_.where;
     if (token_.prefixLength == 0) {
-      SetName(test, NameRule::kWritten, where);
+      builder_.SetName(test, NameRule::kWritten, where);
     } else {
       ParsePrefixedName(test);
     }
@@ -518,25 +396,19 @@ class PatternParser {
     const TextRange prefix{where.begin, token_.prefixLength};
     const NamespacePrefix* known = FindPrefix(lexer_.TextOf(prefix));
     if (known == nullptr) {
-      return token_.anyLocalName ? SetName(test, NameRule::kPrefix, prefix)
-                                 : SetName(test, NameRule::kWritten, where);
+      return token_.anyLocalName ? builder_.SetName(test, NameRule::kPrefix, prefix)
+                                 : builder_.SetName(test, NameRule::kWritten, where);
     }
-    test.uri = Append(code_.uris, std::string(known->uri));
-    test.rule = NameRule::kNamespace;
+    builder_.SetNamespace(test, std::string(known->uri));
     if (token_.anyLocalName) return;
     const std::size_t skip = prefix.length + 1;
-    SetName(test, NameRule::kNamespaceName, {where.begin + skip, where.length - skip});
+    builder_.SetName(test, NameRule::kNamespaceName, {where.begin + skip, where.length - skip});
   }
 
   [[nodiscard]] const NamespacePrefix* FindPrefix(std::string_view prefix) const {
     const auto found = std::find_if(prefixes_.begin(), prefixes_.end(),
                                     [prefix](const auto& entry) { return entry.prefix == prefix; });
     return found == prefixes_.end() ? nullptr : &*found;
-  }
-
-  void SetName(NodeTest& test, NameRule rule, TextRange name) {
-    test.rule = rule;
-    test.name = Append(code_.names, name);
   }
 
   void ParseCall(Step& step, bool inPath) {
@@ -566,7 +438,7 @@ class PatternParser {
     step.test.types = method.types;
     if (method.argument == NameArgument::kAllowed && token_.kind != TokenKind::kClose) {
       Require(TokenKind::kLiteral);
-      SetName(step.test, NameRule::kWritten, token_.content);
+      builder_.SetName(step.test, NameRule::kWritten, token_.content);
       Advance();
     }
     Expect(TokenKind::kClose);
@@ -589,7 +461,8 @@ class PatternParser {
   void ParseIdArgument(Step& step) {
     if (token_.kind == TokenKind::kLiteral) {
       step.axis = Axis::kIdText;
-      step.literal = TakeLiteralText();
+      step.literal = builder_.AddLiteralText(token_.content);
+      Advance();
     } else {
       step.axis = Axis::kIdNodes;
       step.expr = ParseNodesArgument();
@@ -611,6 +484,7 @@ class PatternParser {
   }
 
   Code& code_;
+  PatternBuilder builder_;
   std::span<const NamespacePrefix> prefixes_;
   PatternLexer lexer_;
   Token token_;
@@ -618,10 +492,6 @@ class PatternParser {
   int depth_ = 0;
   ExprId openGroup_ = kNoExpr;  // a group already read that the next step is
   bool attributeName_ = false;  // the last step was "@name"
-  // Parts of what is being read; what they hold may have parts of its own.
-  std::vector<Step> stepsAside_;
-  std::vector<Filter> filtersAside_;
-  std::vector<ExprId> linksAside_;
 };
 
 }  // namespace
