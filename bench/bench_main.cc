@@ -88,6 +88,7 @@ void RegisterAll(const std::string& program, std::vector<Result>& results) {
   std::vector<Row> rows = DomRows();
   for (Row& row : XdrRows()) rows.push_back(std::move(row));
   for (Row& row : QueryRows()) rows.push_back(std::move(row));
+  for (Row& row : EditRows()) rows.push_back(std::move(row));
   for (Row& row : MessageRows()) rows.push_back(std::move(row));
   for (const Row& row : rows) {
     for (const std::string& input : row.inputs) {

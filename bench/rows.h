@@ -2,6 +2,8 @@
 // peers', and append a Row to a list here.
 #pragma once
 
+#include "kxmessage/message.h"
+
 #include "contest.h"
 
 #include <vector>
@@ -14,6 +16,12 @@ std::vector<Row> DomRows();
 std::vector<Row> XdrRows();
 /// Rows of messages: load, xml, clone, init, child, childat, position, enumerate, each-at, value.
 std::vector<Row> MessageRows();
+
+/// Rows of editing: add, add-only, remove-at, insert, replace, attribute, group.
+std::vector<Row> EditRows();
+/// An empty message that finds the schemas beside the benchmarks; the first one that is filled by a
+/// schema compiles that.
+KXMessage NewMessage();
 
 /// Rows of queries: query, path, path-list.
 std::vector<Row> QueryRows();

@@ -14,18 +14,6 @@ namespace kx::bench {
 
 namespace {
 
-// Messages whose schemas lie beside the benchmarks; the schema is compiled by the first of them.
-KXMessage NewMessage() {
-  static const bool once = [] {
-    Options options = Options::OfProcess();
-    options.schemaBase = std::string(KX_BENCH_SCHEMAS) + "/";
-    Options::SetOfProcess(std::move(options));
-    return true;
-  }();
-  static_cast<void>(once);
-  return {};
-}
-
 KXMessage LoadMessage(const std::string& text) {
   KXMessage message = NewMessage();
   message.LoadMessageFromString(text);
@@ -210,6 +198,17 @@ std::vector<Entrant> EnterInit(const Workload& /*workload*/) {
 }
 
 }  // namespace
+
+KXMessage NewMessage() {
+  static const bool once = [] {
+    Options options = Options::OfProcess();
+    options.schemaBase = std::string(KX_BENCH_SCHEMAS) + "/";
+    Options::SetOfProcess(std::move(options));
+    return true;
+  }();
+  static_cast<void>(once);
+  return {};
+}
 
 std::vector<Row> MessageRows() {
   const std::vector<std::string> sizes = {"1k", "10k", "100k", "1m"};

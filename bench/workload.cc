@@ -324,6 +324,19 @@ std::string MakeDeepOrder(std::size_t levels) {
   return text.Take();
 }
 
+std::string MakeLibrary(std::size_t pages, std::size_t stored) {
+  const auto append = [](std::string& text, std::size_t count) {
+    for (std::size_t i = 1; i <= count; ++i) {
+      text += "<Page no=\"" + std::to_string(i) + "\"><Title>page</Title></Page>";
+    }
+  };
+  std::string text = "<Library xmlns=\"ref-schema:edit.xdr\"><Store>";
+  append(text, stored);
+  text += "</Store><Shelf><Left>here</Left>";
+  append(text, pages);
+  return text + "</Shelf></Library>";
+}
+
 Workload MakeWorkload(std::string_view name) {
   struct Size {
     std::string_view name;
@@ -344,6 +357,8 @@ Workload MakeWorkload(std::string_view name) {
   }
   if (name == "wide-1k") workload.texts.push_back(MakeWideOrder(1000));
   if (name == "wide") workload.texts.push_back(MakeWideOrder(30000));
+  if (name == "beside") workload.texts.push_back(MakeLibrary(kSmall, kLarge));
+  if (name == "among") workload.texts.push_back(MakeLibrary(kLarge, kSmall));
   if (name == "deep") workload.texts.push_back(MakeDeepOrder(1000));
   if (workload.texts.empty()) throw std::invalid_argument("no input is called " + workload.name);
   return workload;

@@ -21,10 +21,16 @@ std::string MakeWideOrder(std::size_t items);
 /// An order in which elements are nested `levels` deep.
 std::string MakeDeepOrder(std::size_t levels);
 
+/// A message for editing (schema/edit.xdr): `pages` children of the element that is edited, and
+/// `stored` ones in another branch. Each is an element with one child.
+std::string MakeLibrary(std::size_t pages, std::size_t stored);
+inline constexpr std::size_t kSmall = 2;  ///< a dozen elements in all
+inline constexpr std::size_t kLarge = 10'000;
+
 /// The texts of one input, all of the same kind and size. Programs go through them in turn, so that
 /// no branch predictor learns a short text by heart.
 struct Workload {
-  std::string name;  ///< 1k, 10k, 100k, 1m, 10m, wide, wide-1k or deep
+  std::string name;  ///< 1k, 10k, 100k, 1m, 10m, wide, wide-1k, deep, beside or among
   std::vector<std::string> texts;
 };
 
