@@ -190,7 +190,7 @@ void Duel::Walks() {
       "walk " + std::to_string(now_.b % walks_.size()) + " continued",
       [&] {
         if (walk.library == KXMsgElement::Iterator()) return KXMsgElement(nullptr);
-        const KXMsgElement element = *walk.library;
+        KXMsgElement element = *walk.library;
         ++walk.library;
         return element;
       },
