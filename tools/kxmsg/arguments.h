@@ -3,6 +3,9 @@
 
 #include "kxmessage/options.h"
 
+#include "kxmsg/edit_budget.h"
+
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -45,6 +48,7 @@ struct Arguments {
   std::string script;  ///< of edit: a file; empty when it was not given
   bool hasScript = false;
   std::vector<std::string> scriptLines;  ///< of edit: -e
+  std::size_t maxElements = kMostElements;  ///< of edit: that are found at once, and added
   std::string output;                    ///< -o; empty when it was not given
   bool hasOutput = false;
   std::vector<std::string> headerItems;  ///< NAME or NAME=VALUE

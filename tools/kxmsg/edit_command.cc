@@ -4,11 +4,13 @@
 #include "kxmessage/message.h"
 
 #include "kxmsg/commands.h"
+#include "kxmsg/edit_budget.h"
 #include "kxmsg/edits.h"
 #include "kxmsg/files.h"
 #include "kxmsg/script.h"
 #include "kxmsg/selection.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -52,7 +54,15 @@ void CheckScript(const Script& script) {
   }
 }
 
-void Apply(const Step& step, const Selection& selection) {
+// Takes what is known before a step is done. The children that come by themselves are counted when
+// they are there.
+void TakeForStep(const Step& step, const Selection& selection, EditBudget& budget) {
+  const std::size_t count = selection.elements.size();
+  if (step.verb == Verb::kAdd) budget.TakeElements(count);
+  if (step.value) budget.TakeValues(step.value->text.size(), count);
+}
+
+void Apply(const Step& step, const Selection& selection, EditBudget& budget) {
   const std::optional<std::string> value =
       step.value ? std::optional(step.value->text) : std::nullopt;
   switch (step.verb) {
@@ -69,18 +79,19 @@ void Apply(const Step& step, const Selection& selection) {
   }
   for (const kx::KXMsgElement& element : selection.elements) {
     if (step.verb == Verb::kAdd) {
-      AddChild(element, step.name ? step.name->text : std::string(), value);
+      budget.TakeElements(AddChild(element, step.name ? step.name->text : std::string(), value) -
+                          1);
     } else if (step.verb == Verb::kAttr) {
       PutAttribute(element, step.name->text, value);
     } else {
-      element.ReplaceGroup(step.groupNumber);
+      budget.TakeElements(ReplaceGroup(element, step.groupNumber));
     }
   }
 }
 
 // The commands that work on elements have no use for attributes.
-Selection SelectFor(const Step& step, const kx::KXMessage& message) {
-  Selection selection = SelectSome(message, step.pattern.text);
+Selection SelectFor(const Step& step, const kx::KXMessage& message, std::size_t most) {
+  Selection selection = SelectSome(message, step.pattern.text, most);
   const bool takesAttributes = step.verb == Verb::kSet || step.verb == Verb::kRemove;
   if (!selection.attribute.empty() && !takesAttributes) {
     throw kx::Error(kx::kxMsgErrorNoChildren, "kxmsg",
@@ -104,12 +115,14 @@ ScriptFailure FailureAt(const Script& script, const Step& step, const Word& word
   return failure;
 }
 
-void RunStep(const Script& script, const Step& step, const kx::KXMessage& message) {
+void RunStep(const Script& script, const Step& step, const kx::KXMessage& message,
+             EditBudget& budget) {
   const Word* word = &step.pattern;
   try {
-    const Selection selection = SelectFor(step, message);
+    const Selection selection = SelectFor(step, message, budget.MostFound());
+    TakeForStep(step, selection, budget);
     word = &AppliedWord(step);
-    Apply(step, selection);
+    Apply(step, selection, budget);
   } catch (const kx::Error& error) {
     throw FailureAt(script, step, *word, error);
   }
@@ -122,7 +135,8 @@ ExitStatus RunEdit(const Arguments& arguments, Console& console) {
   CheckScript(script);
   const kx::KXMessage message = LoadMessage(arguments.file, arguments, console);
   ScriptReader reader(script.text, script.name);
-  while (const std::optional<Step> step = reader.Next()) RunStep(script, *step, message);
+  EditBudget budget(arguments.maxElements, arguments.options.maxDocumentBytes);
+  while (const std::optional<Step> step = reader.Next()) RunStep(script, *step, message, budget);
   SaveChange(message, arguments, console);
   return ExitStatus::kDone;
 }

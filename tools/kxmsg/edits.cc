@@ -5,6 +5,10 @@
 #include "kxmessage/error.h"
 #include "kxmessage/error_codes.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace kxmsg {
 
 namespace {
@@ -21,6 +25,19 @@ void RemoveElement(const kx::KXMsgElement& element) {
     throw kx::Error(kx::kxMsgErrorRequiredChild, "kxmsg", "The content root cannot be removed.");
   }
   parent.RemoveChild(element);
+}
+
+// All of them, and what is below them. They are new, so that the library bounds their number.
+std::size_t CountElements(std::vector<kx::KXMsgElement> open) {
+  std::size_t count = 0;
+  while (!open.empty()) {
+    const kx::KXMsgElement element = std::move(open.back());
+    open.pop_back();
+    ++count;
+    const std::int32_t children = element.Count();
+    for (std::int32_t i = 1; i <= children; ++i) open.push_back(element.ChildElements(i));
+  }
+  return count;
 }
 
 // The library looks for what it removes by the name without prefix, which may be another
@@ -45,10 +62,25 @@ void SetValues(const Selection& selection, const std::string& value) {
   }
 }
 
-void AddChild(const kx::KXMsgElement& parent, const std::string& name,
-              const std::optional<std::string>& value) {
+std::size_t AddChild(const kx::KXMsgElement& parent, const std::string& name,
+                     const std::optional<std::string>& value) {
   const kx::KXMsgElement child = parent.AddChild(std::string_view(name));
   if (value) child.Value(*value);
+  return CountElements({child});
+}
+
+std::size_t ReplaceGroup(const kx::KXMsgElement& element, std::int16_t number) {
+  const bool isThere = element.CurrentGroup() == number;
+  element.ReplaceGroup(number);
+  if (isThere) return 0;
+  // One child for each that the group declares, behind all others.
+  const std::int32_t last = element.Count();
+  const std::int32_t made = std::min(last, element.KnownGroupElements(number).Count());
+  std::vector<kx::KXMsgElement> children;
+  for (std::int32_t i = last - made + 1; i <= last; ++i) {
+    children.push_back(element.ChildElements(i));
+  }
+  return CountElements(std::move(children));
 }
 
 void PutAttribute(const kx::KXMsgElement& element, const std::string& name,

@@ -7,6 +7,7 @@
 
 #include "kxmsg/selection.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -17,9 +18,12 @@ namespace kxmsg {
 void SetValues(const Selection& selection, const std::string& value);
 
 /// Adds a child to `parent`, the only one that is declared when `name` is empty, and gives it the
-/// value if there is one.
-void AddChild(const kx::KXMsgElement& parent, const std::string& name,
-              const std::optional<std::string>& value);
+/// value if there is one. Returns how many elements that made, its minimum content included.
+std::size_t AddChild(const kx::KXMsgElement& parent, const std::string& name,
+                     const std::optional<std::string>& value);
+
+/// Puts a group in the place of the one that is there. Returns how many elements that made.
+std::size_t ReplaceGroup(const kx::KXMsgElement& element, std::int16_t number);
 
 /// Gives `element` the attribute: adds it where it is absent, and sets the value if there is one.
 void PutAttribute(const kx::KXMsgElement& element, const std::string& name,

@@ -62,6 +62,11 @@ void RaiseSystemError(int number) {
   RaiseFileError(n, std::generic_category().message(number));
 }
 
+void RaiseTooMuch(std::string text) {
+  constexpr int kOutOfMemory = 7;
+  RaiseFileError(kOutOfMemory, std::move(text));
+}
+
 std::string FailureLine(std::string_view name, const Failure& failure) {
   std::string line = Printable(name);
   if (failure.line > 0) {

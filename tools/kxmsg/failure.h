@@ -35,6 +35,9 @@ struct OutputFailure {
 /// The same for a failure of the system, by its errno number.
 [[noreturn]] void RaiseSystemError(int number);
 
+/// The run-time error 7, for more than a bound allows.
+[[noreturn]] void RaiseTooMuch(std::string text);
+
 /// "NAME:LINE:POSITION: error NUMBER: TEXT" on one line, the text cut when it is very long.
 [[nodiscard]] std::string FailureLine(std::string_view name, const Failure& failure);
 

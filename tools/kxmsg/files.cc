@@ -24,7 +24,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kUtf8CodePage = 65001;
-constexpr int kOutOfMemory = 7;
 constexpr int kBadFileName = 52;
 constexpr int kPathNotFound = 76;
 
@@ -118,8 +117,7 @@ std::string ReadAll(std::FILE* file, const Bound& bound) {
     const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file);
     bytes.append(buffer.data(), count);
     if (bytes.size() > bound.most) {
-      RaiseFileError(kOutOfMemory,
-                     "Longer than " + std::to_string(bound.most) + " bytes" + bound.advice + '.');
+      RaiseTooMuch("Longer than " + std::to_string(bound.most) + " bytes" + bound.advice + '.');
     }
     if (count < buffer.size()) break;
   }

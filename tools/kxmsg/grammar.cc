@@ -36,6 +36,13 @@ void AddFile(CLI::App& command, Arguments& arguments) {
       ->type_name("");
 }
 
+template <typename T>
+void AddBound(CLI::App& command, const std::string& name, T& value, const std::string& what) {
+  command.add_option(name, value, what + " (" + std::to_string(value) + ")")
+      ->type_name("N")
+      ->transform(CLI::AsSizeValue(false).description(""));
+}
+
 void AddNew(CLI::App& command, Arguments& arguments) {
   command.add_option("SCHEMA", arguments.schema, "The schema")->required()->type_name("");
   command.add_option("--root", arguments.root, "The content root (the schema's last element type)")
@@ -99,6 +106,8 @@ void AddEdit(CLI::App& command, Arguments& arguments) {
       ->allow_extra_args(false);
   AddOutput(command, arguments, "The file to write instead; \"-\" is standard output");
   AddForce(command, arguments);
+  AddBound(command, "--max-elements", arguments.maxElements,
+           "Elements that a command may find, and all of them may add");
 }
 
 void AddSchema(CLI::App& command, Arguments& arguments) {
@@ -169,13 +178,6 @@ void AddAccess(CLI::App& command, Arguments& arguments) {
                   "Messages may name schemas in such folders only; may be given again")
       ->type_name("FOLDER")
       ->allow_extra_args(false);
-}
-
-template <typename T>
-void AddBound(CLI::App& command, const std::string& name, T& value, const std::string& what) {
-  command.add_option(name, value, what + " (" + std::to_string(value) + ")")
-      ->type_name("N")
-      ->transform(CLI::AsSizeValue(false).description(""));
 }
 
 void AddBounds(CLI::App& command, kx::Options& options) {

@@ -141,7 +141,11 @@ constexpr CommandText kCommands[] = {
      "begins "
      "with \"#\" or a quotation mark is quoted: in '...' everything is as it is written, in "
      "\"...\" there are \\\" \\' \\\\ \\n \\t \\r and, as show prints them, \\x1F and "
-     "\\u{20AC}. Scripts are UTF-8, of at most 16 MiB in lines of at most 1 MiB.",
+     "\\u{20AC}. Scripts are UTF-8, of at most 16 MiB in lines of at most 1 MiB.\n"
+     "A command finds at most 1,000,000 elements, and all commands of a run add at most so many, "
+     "with the children that come by themselves; --max-elements sets both. The values that they "
+     "give, each counted for every element that gets it, are together no longer than a message may "
+     "be: --max-document-bytes.",
      kEditExamples, kEditTerms, kEditSample},
     {Command::kSchema, "schema", "[OPTIONS] SCHEMA", "shows what a schema declares",
      "Prints each element type of the schema: content, order and model, data type and lengths, "

@@ -5,6 +5,7 @@
 #include "kxmessage/error_codes.h"
 #include "kxmessage/found_elements.h"
 
+#include "kxmsg/failure.h"
 #include "kxmsg/text_form.h"
 
 #include <cstdint>
@@ -74,10 +75,15 @@ std::string OwnersBefore(std::string_view path) {
   return isPlain ? std::string(path) : std::string();
 }
 
-std::vector<kx::KXMsgElement> FindElements(const kx::KXMessage& message, const std::string& query) {
+std::vector<kx::KXMsgElement> FindElements(const kx::KXMessage& message, const std::string& query,
+                                           std::size_t most) {
   const kx::KXMsgFoundElements found = message.RootElement().FindElements(query);
   std::vector<kx::KXMsgElement> elements;
   const std::int32_t count = found.Count();
+  if (static_cast<std::size_t>(count) > most) {
+    RaiseTooMuch("The pattern finds more than " + std::to_string(most) +
+                 " elements; --max-elements sets the bound.");
+  }
   for (std::int32_t i = 1; i <= count; ++i) elements.push_back(found.Element(i));
   return elements;
 }
@@ -97,16 +103,16 @@ AttributePath AttributePathOf(std::string_view pattern) {
   return {name, end == pattern.size() ? OwnersBefore(pattern.substr(0, *mark)) : std::string()};
 }
 
-Selection Select(const kx::KXMessage& message, const std::string& pattern) {
+Selection Select(const kx::KXMessage& message, const std::string& pattern, std::size_t most) {
   Selection selection;
   selection.attribute = AttributePathOf(pattern).name;
   try {
     if (selection.attribute.empty()) {
-      selection.elements = FindElements(message, pattern);
+      selection.elements = FindElements(message, pattern, most);
     } else if (message.RootElement().FindElements(pattern).Count() > 0) {
       // The parent of an attribute is its element. Asked for itself first, a pattern that is none
       // is told as it was given.
-      selection.elements = FindElements(message, '(' + pattern + ")/..");
+      selection.elements = FindElements(message, '(' + pattern + ")/..", most);
     }
   } catch (const kx::Error& error) {
     if (error.Number() != kObjectNotSet) throw;
@@ -118,8 +124,8 @@ Selection Select(const kx::KXMessage& message, const std::string& pattern) {
   return selection;
 }
 
-Selection SelectSome(const kx::KXMessage& message, const std::string& pattern) {
-  Selection selection = Select(message, pattern);
+Selection SelectSome(const kx::KXMessage& message, const std::string& pattern, std::size_t most) {
+  Selection selection = Select(message, pattern, most);
   if (selection.elements.empty()) {
     throw kx::Error(kx::kxMsgErrorNoChild, "kxmsg",
                     "The pattern " + Named(pattern) + " finds nothing.");

@@ -7,6 +7,7 @@
 #include "kxmessage/element.h"
 #include "kxmessage/message.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,10 +33,12 @@ struct Selection {
 
 /// What `pattern` finds, in the order of the message. Nothing is changed by it.
 /// Raises: E_FAIL for what is no pattern; 91, with a text of its own, when it finds what is neither
-/// an element of a schema nor a plain attribute.
-[[nodiscard]] Selection Select(const kx::KXMessage& message, const std::string& pattern);
+/// an element of a schema nor a plain attribute; 7 for more than `most` elements.
+[[nodiscard]] Selection Select(const kx::KXMessage& message, const std::string& pattern,
+                               std::size_t most = static_cast<std::size_t>(-1));
 
 /// The same; raises kxMsgErrorNoChild when nothing is found.
-[[nodiscard]] Selection SelectSome(const kx::KXMessage& message, const std::string& pattern);
+[[nodiscard]] Selection SelectSome(const kx::KXMessage& message, const std::string& pattern,
+                                   std::size_t most = static_cast<std::size_t>(-1));
 
 }  // namespace kxmsg

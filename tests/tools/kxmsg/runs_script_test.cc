@@ -204,6 +204,71 @@ TEST_F(KxmsgScript, AMessageThatWouldNotLoadAgainIsNotWritten) {
   EXPECT_NE(Read("order.xml").find("number=\"X1\""), std::string::npos);
 }
 
+TEST_F(KxmsgScript, WhatARunAddsIsBounded) {
+  Write("schemas/payment.xdr", R"(<Schema xmlns="urn:schemas-microsoft-com:xml-data">
+  <ElementType name="Leaf" content="textOnly" model="closed"/>
+  <ElementType name="Pair" content="eltOnly" model="closed" order="seq">
+    <element type="Leaf" minOccurs="1" maxOccurs="1"/><element type="Leaf2"/></ElementType>
+  <ElementType name="Leaf2" content="textOnly" model="closed"/>
+  <ElementType name="Choice" content="eltOnly" model="closed" order="one">
+    <group order="seq"><element type="Leaf"/></group>
+    <group order="seq"><element type="Pair"/></group></ElementType>
+  <ElementType name="Part" content="mixed" model="closed" order="many">
+    <element type="Part" minOccurs="0" maxOccurs="*"/>
+    <element type="Pair" minOccurs="0" maxOccurs="*"/></ElementType>
+  <ElementType name="Bill" content="eltOnly" model="closed" order="many">
+    <element type="Part" minOccurs="0" maxOccurs="*"/>
+    <element type="Choice" minOccurs="0" maxOccurs="*"/></ElementType></Schema>)");
+  const std::string bill = BillText("<Part/><Choice><Leaf/></Choice>");
+  const std::string thirtyNine = [] {
+    std::string lines;
+    for (int i = 0; i < 39; ++i) lines += "add .//Part Part\n";
+    return lines;
+  }();
+  const std::string twenty =
+      "add . Part\nadd .//Part Part\nadd .//Part Part\nadd .//Part Part\nadd . Part\nadd . Part\n"
+      "add . Part\nadd . Part\n";
+  const std::string adds = "error 0x800A0007: The script adds more than 20 elements; ";
+  const std::string finds = "error 0x800A0007: The pattern finds more than 20 elements; ";
+  const std::string values = "error 0x800A0007: The values that the script gives are longer than ";
+  const struct {
+    std::string script;
+    std::string told;  // behind the name of the script; empty when it is done
+    const char* why;
+  } rows[] = {
+      {"add Part Part\nadd .//Part Part\nadd .//Part Part\nadd .//Part Part", "", "1 + 2 + 4 + 8"},
+      {thirtyNine, "5:5: " + adds, "1 + 2 + 4 + 8 + 16"},
+      {"add Part Pair\nadd Part Pair\nadd Part Pair\nadd Part Pair\nadd Part Pair\nadd Part Pair",
+       "", "6 times a pair of 2"},
+      {"add Part Pair\nadd Part Pair\nadd Part Pair\nadd Part Pair\nadd Part Pair\nadd Part Pair\n"
+       "add Part Pair",
+       "7:10: " + adds, "7 times a pair of 2"},
+      {"group Choice 2\ngroup Choice 1\ngroup Choice 2\ngroup Choice 1\ngroup Choice 2\n"
+       "group Choice 1\ngroup Choice 2\ngroup Choice 2\ngroup Choice 2",
+       "", "the group that is there adds nothing"},
+      {"group Choice 2\ngroup Choice 1\ngroup Choice 2\ngroup Choice 1\ngroup Choice 2\n"
+       "group Choice 1\ngroup Choice 2\ngroup Choice 1\ngroup Choice 2\ngroup Choice 1\n"
+       "group Choice 2",
+       "11:14: " + adds, "what a group removes is not given back"},
+      {twenty + "set .//Part ''", "", "20 are found"},
+      {twenty + "add . Part\nset (.//Part) ''", "10:5: " + finds, "21 are found"},
+      {"set Part " + std::string(3000, 'x') + "\nset Part " + std::string(2000, 'x'),
+       "2:5: " + values + "4000 bytes together; ", "values"},
+      {"add Part Part\nadd Part Part\nset .//Part " + std::string(1500, 'x'),
+       "3:5: " + values + "4000 bytes together; ", "a value for three elements"},
+  };
+  for (const auto& row : rows) {
+    Write("bill.xml", bill);
+    const RunResult result =
+        Run({"edit", "--max-elements", "20", "--max-document-bytes", "4000", "bill.xml"},
+            {.input = row.script + '\n'});
+    EXPECT_EQ(result.status, row.told.empty() ? 0 : 1) << row.why << result.errors;
+    const std::string start = row.told.empty() ? "" : "kxmsg: standard input:" + row.told;
+    EXPECT_EQ(result.errors.substr(0, start.size()), start) << row.why << result.errors;
+    EXPECT_EQ(Read("bill.xml") == bill, !row.told.empty()) << row.why;
+  }
+}
+
 TEST_F(KxmsgScript, ComesFromAFileFromTheCommandLineOrFromStandardInput) {
   const std::string order = OrderText("A");
   const std::string script = "set Header/Customer B\nset Items/Item/Quantity 9\n";
