@@ -8,6 +8,7 @@
 #include "kxmsg/failure.h"
 #include "kxmsg/text_form.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -16,6 +17,7 @@
 #include <memory>
 #include <random>
 #include <system_error>
+#include <utility>
 
 namespace kxmsg {
 
@@ -41,6 +43,10 @@ bool IsUrl(std::string_view name) {
     if (SameName(name.substr(0, scheme.size()), scheme)) return true;
   }
   return false;
+}
+
+bool IsHttp(std::string_view name) {
+  return SameName(name.substr(0, 5), "http:") || SameName(name.substr(0, 6), "https:");
 }
 
 bool HasDrive(std::string_view name) {
@@ -173,6 +179,20 @@ std::string WarnOfFile(const std::string& path, const kx::Options& options) {
   return {};
 }
 
+// The folder of the URL that the message was loaded from; empty when it was none.
+std::string FolderOfUrl(const kx::KXMessage& message, const Arguments& arguments) {
+  if (KindOf(arguments.file, arguments) != NameKind::kLocation) return {};
+  std::string url = arguments.file;
+  if (!IsHttp(url)) {
+    url = message.MsgPath();  // with --base
+    if (HasDrive(arguments.file) || IsUrl(arguments.file) || !IsHttp(url)) return {};
+    url += arguments.file;
+    std::replace(url.begin(), url.end(), '\\', '/');
+  }
+  url.resize(std::min(url.size(), url.find_first_of("?#")));
+  return url.substr(0, url.rfind('/') + 1);
+}
+
 // ---- Writing ---------------------------------------------------------------------------------
 
 void WriteAll(std::FILE* file, std::string_view bytes) {
@@ -296,7 +316,12 @@ void SaveMessage(const kx::KXMessage& message, const std::string& name, const Ar
 
 void SaveChange(const kx::KXMessage& message, const Arguments& arguments, Console& console) {
   if (!arguments.force) {
-    const kx::KXMessage again(arguments.options);
+    kx::Options options = arguments.options;
+    // A message from a URL may name schemas that lie below its folder; its text alone may not.
+    if (std::string folder = FolderOfUrl(message, arguments); !folder.empty()) {
+      options.allowedPrefixes.push_back(std::move(folder));
+    }
+    const kx::KXMessage again(options);
     again.LoadMessageFromString(message.XML());
   }
   SaveMessage(message, arguments.hasOutput ? arguments.output : arguments.file, arguments, console);
