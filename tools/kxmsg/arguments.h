@@ -47,9 +47,9 @@ struct Arguments {
   std::string value;
   std::string script;  ///< of edit: a file; empty when it was not given
   bool hasScript = false;
-  std::vector<std::string> scriptLines;  ///< of edit: -e
+  std::vector<std::string> scriptLines;     ///< of edit: -e
   std::size_t maxElements = kMostElements;  ///< of edit: that are found at once, and added
-  std::string output;                    ///< -o; empty when it was not given
+  std::string output;                       ///< -o; empty when it was not given
   bool hasOutput = false;
   std::vector<std::string> headerItems;  ///< NAME or NAME=VALUE
   std::string settingName;

@@ -19,6 +19,12 @@
 #include <system_error>
 #include <utility>
 
+#if !defined(_WIN32)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 namespace kxmsg {
 
 namespace fs = std::filesystem;
@@ -201,12 +207,30 @@ void WriteAll(std::FILE* file, std::string_view bytes) {
   if (!isWritten) RaiseSystemError(errno);
 }
 
+enum class Readers : unsigned char { kAll, kOwner };
+
+// Creates a file. Its mode is its own from the first moment: what is private is nobody else's to
+// read while it is being written.
+File Create(const std::string& path, Readers readers) {
+#if defined(_WIN32)
+  static_cast<void>(readers);
+  return Open(path, "wbx");
+#else
+  const mode_t mode = readers == Readers::kOwner ? 0600 : 0666;
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+  if (descriptor < 0) return nullptr;
+  File file(fdopen(descriptor, "wb"));
+  if (!file) static_cast<void>(close(descriptor));
+  return file;
+#endif
+}
+
 // A new file beside `target`, under a name that nobody has.
-File CreateSibling(const fs::path& target, std::string& sibling) {
+File CreateSibling(const fs::path& target, Readers readers, std::string& sibling) {
   std::random_device random;
   for (int tries = 0; tries < 100; ++tries) {
     sibling = target.string() + ".kxmsg" + std::to_string(random());
-    File file = Open(sibling, "wbx");
+    File file = Create(sibling, readers);
     if (file || errno != EEXIST) return file;
   }
   return nullptr;
@@ -216,15 +240,17 @@ void ReplaceFile(const std::string& path, std::string_view bytes) {
   std::error_code failed;
   const fs::path target = fs::weakly_canonical(PathOf(path), failed);  // a link stays one
   if (failed) RaiseSystemError(failed.value());
+  const fs::file_status old = fs::status(target, failed);
   std::string sibling;
-  File file = CreateSibling(target, sibling);
+  File file = CreateSibling(target, fs::exists(old) ? Readers::kOwner : Readers::kAll, sibling);
   if (!file && errno == ENOENT) RaiseFileError(kPathNotFound, "Path not found");
   if (!file) RaiseSystemError(errno);
   try {
     WriteAll(file.get(), bytes);
     file.reset();
-    const fs::file_status old = fs::status(target, failed);
+    failed.clear();
     if (fs::exists(old)) fs::permissions(PathOf(sibling), old.permissions(), failed);
+    if (failed) RaiseSystemError(failed.value());
     fs::rename(PathOf(sibling), target, failed);
     if (failed) RaiseSystemError(failed.value());
   } catch (...) {
@@ -232,6 +258,17 @@ void ReplaceFile(const std::string& path, std::string_view bytes) {
     fs::remove(PathOf(sibling), failed);
     throw;
   }
+}
+
+// What is lost of a text that a file holds by the code page; empty when nothing is.
+std::string LossWarning(std::string_view text, int codePage) {
+  if (codePage == kUtf8CodePage || !HasMoreThanAscii(text)) return {};
+  const std::string kept = kx::DecodeCodePage(kx::EncodeCodePage(text, codePage), codePage);
+  const auto [lost, ignored] = std::mismatch(text.begin(), text.end(), kept.begin(), kept.end());
+  if (lost == text.end()) return {};
+  return "the code page " + std::to_string(codePage) + " lacks " +
+         CodePointName(text, static_cast<std::size_t>(lost - text.begin())) +
+         ", and perhaps others: \"?\" stands in their place; --code-page 65001 keeps them";
 }
 
 void WriteFile(const std::string& path, std::string_view bytes) {
@@ -304,11 +341,14 @@ void SaveMessage(const kx::KXMessage& message, const std::string& name, const Ar
   try {
     const bool isPath = kind == NameKind::kPath;
     const std::string location = isPath ? AbsolutePath(name) : name;
+    const std::string text = message.XML();
     if (isPath && !IsLocationOf(location, arguments.options)) {
-      WriteFile(location, kx::EncodeCodePage(message.XML() + "\r\n", arguments.options.codePage));
+      WriteFile(location, kx::EncodeCodePage(text + "\r\n", arguments.options.codePage));
     } else {
       message.SaveMessage(location);
     }
+    const std::string warning = LossWarning(text, arguments.options.codePage);
+    if (!warning.empty()) console.PrintWarning(name, warning);
   } catch (const kx::Error& error) {
     throw OutputFailure{name, DescribeError(error)};
   }

@@ -31,7 +31,8 @@ class Console;
                                         Console& console);
 
 /// Writes `message` to what `name` stands for: as the library saves it, or as UTF-8 to standard
-/// output. Nothing of an existing regular file is lost when that fails. Raises: OutputFailure.
+/// output. Nothing of an existing regular file is lost when that fails. Warns of characters that
+/// the code page of a file lacks. Raises: OutputFailure.
 void SaveMessage(const kx::KXMessage& message, const std::string& name, const Arguments& arguments,
                  Console& console);
 

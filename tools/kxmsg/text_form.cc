@@ -144,6 +144,13 @@ std::string OneLine(std::string_view text) {
   return line;
 }
 
+std::string CodePointName(std::string_view text, std::size_t at) {
+  while (at > 0 && IsContinuation(text[at])) --at;
+  const Character c = CharacterAt(text, at);
+  const int digits = c.code > 0xFFFFF ? 6 : (c.code > 0xFFFF ? 5 : 4);
+  return "U+" + Hex(c.code, digits);
+}
+
 std::string JsonText(std::string_view text) {
   std::string out = "\"";
   for (std::size_t at = 0; at < text.size();) {

@@ -35,6 +35,9 @@ namespace kxmsg {
 /// `text` with every run of blanks and line ends made one blank, none at the ends.
 [[nodiscard]] std::string OneLine(std::string_view text);
 
+/// "U+20AC": the character of `text`, well-formed UTF-8, to which the byte at `at` belongs.
+[[nodiscard]] std::string CodePointName(std::string_view text, std::size_t at);
+
 /// `text` as a JSON string, quotes included; ill-formed bytes become U+FFFD.
 [[nodiscard]] std::string JsonText(std::string_view text);
 

@@ -2,6 +2,7 @@
 // nothing.
 #include "tools/kxmsg/run_program.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
@@ -181,6 +182,71 @@ TEST_F(KxmsgEdit, AFileKeepsItsModeAndALinkStaysALink) {
     EXPECT_TRUE(fs::is_symlink(At(link)));
     EXPECT_EQ(Run({"get", name, "Header/Customer"}).output, "B\n");
     EXPECT_EQ(fs::status(At(name)).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  }
+}
+
+// A bound on the sizes of files ends the program at its first write, and leaves what it had
+// created.
+TEST_F(KxmsgEdit, WhatIsPrivateIsPrivateWhileItIsWritten) {
+  for (const auto mode : {fs::perms::owner_read | fs::perms::owner_write, fs::perms(0640)}) {
+    Write("plain", OrderText("A"));
+    fs::permissions(At("plain"), mode);
+    const std::string command = "umask 0; cd " + At("") +
+                                " && ulimit -c 0 && ulimit -f 0 && KX_SETTINGS=settings.ini exec " +
+                                KXMSG_PROGRAM + " set plain Header/Customer B";
+    EXPECT_NE(std::system(command.c_str()), 0);
+    EXPECT_EQ(Read("plain"), OrderText("A"));
+    int leftOvers = 0;
+    for (const auto& entry : fs::directory_iterator(At(""))) {
+      if (entry.path().filename().string().rfind("plain.kxmsg", 0) != 0) continue;
+      EXPECT_EQ(entry.status().permissions(), fs::perms::owner_read | fs::perms::owner_write);
+      fs::remove(entry.path());
+      ++leftOvers;
+    }
+    EXPECT_EQ(leftOvers, 1);
+    EXPECT_EQ(Run({"set", "plain", "Header/Customer", "B"}).status, 0);
+    EXPECT_EQ(fs::status(At("plain")).permissions(), mode);
+  }
+}
+
+TEST_F(KxmsgEdit, WhatTheCodePageLacksDrawsAWarning) {
+  const std::string lost = "\xE2\x82\xAC \xE4\xB8\x80 \xF0\x9F\x98\x80";
+  const std::string kept = "\xE2\x82\xAC \xC3\xA9 ?";
+  const auto warning = [](const std::string& name, const std::string& page,
+                          const std::string& character) {
+    return "kxmsg: " + name + ": warning: the code page " + page + " lacks " + character +
+           ", and perhaps others: \"?\" stands in their place; --code-page 65001 keeps them\n";
+  };
+  const std::string set = "set Header/Customer '";
+  const struct {
+    Words words;
+    std::string errors;
+    const char* why;
+  } rows[] = {
+      {{"set", "case.xml", "Header/Customer", lost}, warning("case.xml", "1252", "U+4E00"), "set"},
+      {{"edit", "case.xml", "-e", set + lost + '\''},
+       warning("case.xml", "1252", "U+4E00"),
+       "edit"},
+      {{"header", "case.xml", "Tag=\xF0\x9F\x98\x80"},
+       warning("case.xml", "1252", "U+1F600"),
+       "header"},
+      {{"set", "case.xml", "Header/Customer", lost, "-o", "plain"},
+       warning("plain", "1252", "U+4E00"),
+       "a file without extension"},
+      {{"set", "case.xml", "Header/Customer", lost, "--code-page", "28591"},
+       warning("case.xml", "28591", "U+20AC"),
+       "another code page"},
+      {{"set", "case.xml", "Header/Customer", lost, "--code-page", "65001"}, "", "UTF-8"},
+      {{"set", "case.xml", "Header/Customer", lost, "-o", "-"}, "", "standard output"},
+      {{"set", "case.xml", "Header/Customer", kept}, "", "a text with a question mark"},
+      {{"set", "-q", "case.xml", "Header/Customer", lost}, "", "quiet"},
+      {{"set", "case.xml", "Header/Customer", lost, "-o", "nowhere/x"},
+       "kxmsg: nowhere/x: error 0x800A004C: Path not found\n",
+       "nothing was written"},
+  };
+  for (const auto& row : rows) {
+    Write("case.xml", OrderText("A"));
+    EXPECT_EQ(Run(row.words).errors, row.errors) << row.why;
   }
 }
 

@@ -122,5 +122,15 @@ TEST(TextForm, NamesCompareWithoutRegardToCase) {
   EXPECT_FALSE(SameName("a", "b"));
 }
 
+TEST(TextForm, CodePointNameIsOfTheCharacterAnyOfWhoseBytesIsNamed) {
+  const std::string text = "a\xC3\xA9\xE4\xB8\x80\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF";
+  const struct {
+    std::size_t at;
+    const char* name;
+  } rows[] = {{0, "U+0061"},  {1, "U+00E9"},  {2, "U+00E9"},    {3, "U+4E00"},   {5, "U+4E00"},
+              {6, "U+1F600"}, {9, "U+1F600"}, {10, "U+10FFFF"}, {13, "U+10FFFF"}};
+  for (const auto& row : rows) EXPECT_EQ(CodePointName(text, row.at), row.name) << row.at;
+}
+
 }  // namespace
 }  // namespace kxmsg
