@@ -113,7 +113,9 @@ constexpr CommandText kCommands[] = {
      "(of "
      "which another one is there), or required. The attributes of an element stand below it, each "
      "with \"@\", its data type where it has one, and its value; those that are declared and not "
-     "there are marked as children are. The message is not changed.",
+     "there are marked as children are. A child that no schema declares, which open content may "
+     "have, "
+     "is told by its position only. The message is not changed.",
      kShowExamples},
     {Command::kGet, "get", "[OPTIONS] FILE PATTERN", "prints what a pattern finds",
      "Asks the XSL Pattern PATTERN at the content root and prints the text of each element that it "

@@ -7,6 +7,7 @@
 #include "kxmsg/text_form.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <utility>
@@ -32,14 +33,19 @@ std::optional<std::string> FindName(const kx::KXMsgAttribute& attribute) {
   }
 }
 
-// Empty for an attribute that the schema does not declare, or gives no type.
-std::string TypeOf(const kx::KXMsgAttribute& attribute) {
+// What the schema declares for an element, read once: asking for one of many by its name or
+// position takes time by their number.
+struct Declared {
+  std::string name;  // empty where it is not known
+  kx::KXMsgAttributeInfo info;
+  std::string fault;  // why it is not known
+};
+
+Declared Describe(const kx::KXMsgAttributeInfo& info) {
   try {
-    const std::string type = attribute.Info().DataType();
-    return type == "none" ? std::string() : type;
+    return {info.Name(), info, {}};
   } catch (const kx::Error& error) {
-    if (error.Number() != kObjectNotSet) throw;
-    return {};
+    return {{}, info, NotKnown(error)};
   }
 }
 
@@ -49,12 +55,34 @@ class Lines {
       : attributes_(element.Attributes()), mostShown_(mostShown), console_(console) {}
 
   std::vector<std::string> Take() {
+    ReadDeclared();
     AddPresent();
     AddAbsent();
     return std::move(lines_);
   }
 
  private:
+  void ReadDeclared() {
+    try {
+      for (const kx::KXMsgAttributeInfo& info : attributes_.KnownValidAttributes()) {
+        declared_.push_back(Describe(info));
+      }
+    } catch (const kx::Error& error) {
+      declared_.push_back({{}, {}, NotKnown(error)});
+    }
+    for (const Declared& each : declared_) {
+      if (each.fault.empty()) byName_.emplace(each.name, &each);
+    }
+  }
+
+  // Empty for an attribute that the schema does not declare, or gives no type.
+  [[nodiscard]] std::string TypeOf(const std::string& name) const {
+    const auto found = byName_.find(name);
+    if (found == byName_.end()) return {};
+    const std::string type = found->second->info.DataType();
+    return type == "none" ? std::string() : type;
+  }
+
   void AddPresent() {
     std::int32_t others = 0;
     const std::int32_t count = attributes_.Count();
@@ -77,7 +105,7 @@ class Lines {
 
   void AddPresent(const std::string& name, const kx::KXMsgAttribute& attribute) {
     std::string line = console_.Styled(Style::kName, "@" + Printable(name));
-    const std::string type = TypeOf(attribute);
+    const std::string type = TypeOf(name);
     if (!type.empty()) line += ": " + console_.Styled(Style::kType, Printable(type));
     try {
       const std::string value = Quoted(Shortened(attribute.TextValue(), mostShown_));
@@ -89,30 +117,26 @@ class Lines {
   }
 
   void AddAbsent() {
-    const kx::KXMsgValidAttributes declared = attributes_.KnownValidAttributes();
-    const std::int32_t count = declared.Count();
-    for (std::int32_t i = 1; i <= count; ++i) {
-      const std::string line = AbsentLine(declared, i);
-      if (!line.empty()) lines_.push_back(console_.Styled(Style::kAbsent, line));
+    for (std::size_t i = 0; i < declared_.size(); ++i) {
+      const Declared& each = declared_[i];
+      if (!each.fault.empty()) {
+        AddAbsent("- attribute " + std::to_string(i + 1) + each.fault);
+      } else if (!names_.contains(each.name)) {
+        AddAbsent("- @" + Printable(each.name) +
+                  (each.info.Required() ? ", required" : ", optional"));
+      }
     }
   }
 
-  // Empty for an attribute that is there.
-  [[nodiscard]] std::string AbsentLine(const kx::KXMsgValidAttributes& declared,
-                                       std::int32_t position) const {
-    try {
-      const kx::KXMsgAttributeInfo info = declared.Attrib(position);
-      const std::string name = info.Name();
-      if (attributes_.Exists(name)) return {};
-      return "- @" + Printable(name) + (info.Required() ? ", required" : ", optional");
-    } catch (const kx::Error& error) {
-      return "- attribute " + std::to_string(position) + NotKnown(error);
-    }
+  void AddAbsent(const std::string& line) {
+    lines_.push_back(console_.Styled(Style::kAbsent, line));
   }
 
   kx::KXMsgAttributes attributes_;
   std::size_t mostShown_;
   const Console& console_;
+  std::vector<Declared> declared_;
+  std::map<std::string, const Declared*> byName_;
   std::set<std::string> names_;  // of those that were told
   std::vector<std::string> lines_;
 };

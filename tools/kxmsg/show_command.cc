@@ -15,6 +15,7 @@
 #include "kxmsg/show_attributes.h"
 #include "kxmsg/text_form.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -24,7 +25,8 @@ namespace kxmsg {
 
 namespace {
 
-constexpr std::size_t kMostShown = 60;   // characters of a value without --full
+constexpr std::size_t kMostShown = 60;  // characters of a value without --full
+constexpr std::int32_t kObjectNotSet = static_cast<std::int32_t>(0x800A005B);
 constexpr std::size_t kMostIndent = 40;  // levels; a deeper one is written as a number
 
 std::string Indent(std::size_t level) {
@@ -117,6 +119,17 @@ std::vector<Absent> AbsentByInfo(const kx::KXMsgElement& element,
   return absent;
 }
 
+// Nothing for what open content has and no schema declares: the library has no object for it.
+std::optional<kx::KXMsgElement> FindDeclaredChild(const kx::KXMsgElement& parent,
+                                                  std::int32_t position) {
+  try {
+    return parent.ChildElements(position);
+  } catch (const kx::Error& error) {
+    if (error.Number() != kObjectNotSet) throw;
+    return std::nullopt;
+  }
+}
+
 class TreePrinter {
  public:
   TreePrinter(const kx::KXMessage& message, const Arguments& arguments, Console& console)
@@ -134,7 +147,7 @@ class TreePrinter {
     while (!open_.empty()) {
       Level& level = open_.back();
       if (level.next <= level.count) {
-        Open(level.element.ChildElements(level.next++));
+        OpenChild(level.element, level.next++);
       } else {
         PrintAbsent(level);
         open_.pop_back();
@@ -150,6 +163,17 @@ class TreePrinter {
     std::int32_t next = 1;
     std::set<std::string> present;
   };
+
+  void OpenChild(const kx::KXMsgElement& parent, std::int32_t position) {
+    if (const auto child = FindDeclaredChild(parent, position)) {
+      Open(*child);
+    } else {
+      console_.Print(Indent(open_.size()) +
+                     console_.Styled(Style::kAbsent,
+                                     "(child " + std::to_string(position) + ", not declared)") +
+                     '\n');
+    }
+  }
 
   void Open(const kx::KXMsgElement& element) {
     const kx::KXMsgElementInfo info = element.Info();

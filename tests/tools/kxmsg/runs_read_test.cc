@@ -124,6 +124,34 @@ TEST_F(KxmsgRead, ShowTellsWhatItCannotKnowOfAnotherSchemasElements) {
             "    - child 1, not known: error 0x800A0005: Invalid procedure call or argument\n");
 }
 
+TEST_F(KxmsgRead, ShowTellsOfElementsThatNoSchemaDeclares) {
+  Write("schemas/open.xdr", R"(<Schema xmlns="urn:schemas-microsoft-com:xml-data">
+  <ElementType name="t" content="textOnly" model="closed"/>
+  <ElementType name="e" content="eltOnly" model="open" order="many">
+    <element type="t" minOccurs="0"/></ElementType>
+  <ElementType name="r" content="mixed" model="open">
+    <element type="e" maxOccurs="*"/></ElementType></Schema>)");
+  Write("case.xml",
+        "<r xmlns=\"x-schema:open.xdr\" xmlns:q=\"urn:q\">a<q:z>b<q:y/></q:z><e><q:z/></e><q:z/>"
+        "<e><t>c</t></e>d<q:x/></r>");
+  const std::string before = Read("case.xml");
+  const RunResult result = Run({"show", "case.xml"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.errors, "");
+  EXPECT_EQ(result.output,
+            "r: mixed\n"
+            "  (1 more, with a prefix or declaring a namespace)\n"
+            "  (child 1, not declared)\n"
+            "  e: elements [1..*]\n"
+            "    (child 1, not declared)\n"
+            "    - t [0..1], optional\n"
+            "  (child 3, not declared)\n"
+            "  e: elements [1..*]\n"
+            "    t: text [0..1] = \"c\"\n"
+            "  (child 5, not declared)\n");
+  EXPECT_EQ(Read("case.xml"), before);
+}
+
 TEST_F(KxmsgRead, GetPrintsWhatThePatternFinds) {
   const struct {
     Words words;
