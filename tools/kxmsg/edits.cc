@@ -14,9 +14,10 @@ namespace kxmsg {
 namespace {
 
 // A read-only attribute refuses every value, its own too: one that was just added has it already.
+// Loading a message adds those of its schemas, but for an element of a second one whose attribute
+// has the name of a read-only one of the first.
 bool HasItAlready(const kx::KXMsgAttribute& added, const std::string& value) {
-  const kx::KXMsgAttributeInfo info = added.Info();
-  return info.ReadOnly() && info.DefaultValue() == value;
+  return added.Info().ReadOnly() && added.TextValue() == value;
 }
 
 void RemoveElement(const kx::KXMsgElement& element) {

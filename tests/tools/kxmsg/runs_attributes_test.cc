@@ -60,6 +60,33 @@ TEST_F(KxmsgAttributes, ShowKnowsEveryKindOfAttribute) {
             "  - @free, optional\n");
 }
 
+TEST_F(KxmsgAttributes, ShowTellsThoseThatAreThereFromThoseThatAreNotWhateverTheirNumber) {
+  constexpr int kMany = 300;
+  std::string types;
+  std::string uses;
+  std::string values;
+  std::string present;
+  std::string absent;
+  for (int i = 0; i < kMany; ++i) {
+    const std::string name = "a" + std::to_string(i);
+    types += "<AttributeType name=\"" + name + "\" dt:type=\"i4\"/>";
+    uses += "<attribute type=\"" + name + "\"/>";
+    if (i % 3 == 0) {
+      absent += "  - @" + name + ", optional\n";
+    } else {
+      values += ' ' + name + "=\"7\"";
+      present += "  @" + name + ": i4 = \"7\"\n";
+    }
+  }
+  Write("schemas/many.xdr",
+        "<Schema xmlns=\"urn:schemas-microsoft-com:xml-data\" "
+        "xmlns:dt=\"urn:schemas-microsoft-com:datatypes\">" +
+            types + "<ElementType name=\"r\" content=\"empty\" model=\"closed\">" + uses +
+            "</ElementType></Schema>");
+  Write("case.xml", "<r xmlns=\"x-schema:many.xdr\"" + values + "/>");
+  EXPECT_EQ(Run({"show", "case.xml"}).output, "r: empty\n" + present + absent);
+}
+
 TEST_F(KxmsgAttributes, ShowCutsTheirLongValuesToo) {
   Write("case.xml", Replaced(OrderText("A"), "LMP-100", std::string(100, 'n')));
   const std::string cut = "@sku: string = \"" + std::string(60, 'n') + "...\"";
@@ -149,11 +176,21 @@ TEST_F(KxmsgAttributes, SetChangesThoseThatAreThereAndCreateAddsTheOthers) {
 }
 
 TEST_F(KxmsgAttributes, WhatGetPrintsSetTakes) {
-  for (const char* path : {"@number", "@status", "Items/Item[2]/@gift", "Items/Item[1]/@unit"}) {
-    const std::string printed = Run({"get", "order.xml", path}).output;
+  const struct {
+    const char* path;
+    const char* other;
+  } rows[] = {{"@number", "B-777"},
+              {"@status", "shipped"},
+              {"Items/Item[2]/@gift", "0"},
+              {"Items/Item[1]/@unit", "box"}};
+  for (const auto& row : rows) {
+    const std::string printed = Run({"get", "order.xml", row.path}).output;
     const std::string value = printed.substr(0, printed.size() - 1);
-    EXPECT_EQ(Run({"set", "order.xml", path, value}).status, 0) << path;
-    EXPECT_EQ(Run({"get", "order.xml", path}).output, printed) << path;
+    ASSERT_NE(value, row.other);
+    EXPECT_EQ(Run({"set", "order.xml", row.path, row.other}).status, 0) << row.path;
+    EXPECT_EQ(Run({"get", "order.xml", row.path}).output, std::string(row.other) + '\n');
+    EXPECT_EQ(Run({"set", "order.xml", row.path, value}).status, 0) << row.path;
+    EXPECT_EQ(Run({"get", "order.xml", row.path}).output, printed) << row.path;
   }
 }
 
@@ -161,18 +198,19 @@ TEST_F(KxmsgAttributes, TheirTextIsThatOfTheMessageWhateverTheirType) {
   const struct {
     const char* type;
     const char* text;
-  } rows[] = {{"boolean", "0"},
-              {"i4", "+07"},
-              {"i8", "9007199254740993"},
-              {"r8", "1.50E2"},
-              {"fixed.14.4", "129.5000"},
-              {"date", "2024-05-17"},
-              {"dateTime.tz", "2024-05-17T09:30:00+02:00"},
-              {"time", "09:30:00"},
-              {"bin.base64", "QUJD"},
-              {"bin.hex", "414243"},
-              {"char", "x"},
-              {"string", " s  t "}};
+    const char* other;
+  } rows[] = {{"boolean", "0", "1"},
+              {"i4", "+07", "8"},
+              {"i8", "9007199254740993", "-1"},
+              {"r8", "1.50E2", "0.5"},
+              {"fixed.14.4", "129.5000", "1.2"},
+              {"date", "2024-05-17", "1999-12-31"},
+              {"dateTime.tz", "2024-05-17T09:30:00+02:00", "2024-05-17T09:30:01+02:00"},
+              {"time", "09:30:00", "23:59:59"},
+              {"bin.base64", "QUJD", "REVG"},
+              {"bin.hex", "414243", "444546"},
+              {"char", "x", "y"},
+              {"string", " s  t ", "u"}};
   for (const auto& row : rows) {
     Write("schemas/typed.xdr", Replaced(R"(<Schema xmlns="urn:schemas-microsoft-com:xml-data"
       xmlns:dt="urn:schemas-microsoft-com:datatypes"><AttributeType name="a" dt:type="@"/>
@@ -182,6 +220,8 @@ TEST_F(KxmsgAttributes, TheirTextIsThatOfTheMessageWhateverTheirType) {
     Write("case.xml", Replaced("<r xmlns=\"x-schema:typed.xdr\" a=\"@\"/>", "@", row.text));
     const std::string line = std::string(row.text) + '\n';
     EXPECT_EQ(Run({"get", "case.xml", "@a"}).output, line) << row.type;
+    EXPECT_EQ(Run({"set", "case.xml", "@a", row.other}).status, 0) << row.type;
+    EXPECT_NE(Run({"get", "case.xml", "@a"}).output, line) << row.type;
     EXPECT_EQ(Run({"set", "case.xml", "@a", row.text}).status, 0) << row.type;
     EXPECT_EQ(Run({"get", "case.xml", "@a"}).output, line) << row.type;
     const std::string shown = std::string("@a: ") + row.type + " = \"" + row.text + "\"\n";

@@ -40,6 +40,7 @@ TEST_F(KxmsgOutput, AFullDeviceIsToldByEveryCommandThatPrints) {
 }
 
 TEST_F(KxmsgOutput, AFileThatCannotBeWrittenIsTold) {
+  const std::string before = Read("order.xml");
   const struct {
     const char* name;
     const char* error;
@@ -52,12 +53,20 @@ TEST_F(KxmsgOutput, AFileThatCannotBeWrittenIsTold) {
       {"schemas", "0x800A004B", "a folder"},
   };
   for (const auto& row : rows) {
-    const RunResult result = Run({"new", "order.xdr", "-o", row.name});
-    EXPECT_EQ(result.status, 3) << row.why;
-    EXPECT_EQ(result.output, "") << row.why;
-    const std::string start = std::string("kxmsg: ") + row.name + ": error " + row.error;
-    EXPECT_EQ(result.errors.substr(0, start.size()), start) << row.why << result.errors;
+    for (const Words& words :
+         {Words{"new", "order.xdr"}, Words{"edit", "order.xml", "-e", "set Header/Customer B"},
+          Words{"set", "order.xml", "Header/Customer", "B"},
+          Words{"header", "order.xml", "Tag=B"}}) {
+      Words all = words;
+      all.insert(all.end(), {"-o", row.name});
+      const RunResult result = Run(all);
+      EXPECT_EQ(result.status, 3) << words[0] << ": " << row.why;
+      EXPECT_EQ(result.output, "") << words[0] << ": " << row.why;
+      const std::string start = std::string("kxmsg: ") + row.name + ": error " + row.error;
+      EXPECT_EQ(result.errors.substr(0, start.size()), start) << row.why << result.errors;
+    }
   }
+  EXPECT_EQ(Read("order.xml"), before);
 }
 
 TEST_F(KxmsgOutput, AReadOnlyFolderTakesNothing) {

@@ -125,6 +125,35 @@ TEST_F(KxmsgScript, ReadOnlyAttributesKeepTheirValue) {
   }
 }
 
+TEST_F(KxmsgScript, AReadOnlyAttributeThatIsAbsentIsAddedWithItsOwnValueOnly) {
+  Write("schemas/first.xdr", R"(<Schema xmlns="urn:schemas-microsoft-com:xml-data">
+  <AttributeType name="version" default="1.0" required="yes"/>
+  <ElementType name="r" content="eltOnly" model="open"/>
+  <ElementType name="top" content="eltOnly" model="open" order="many">
+    <element type="r" minOccurs="0"/></ElementType></Schema>)");
+  Write("schemas/second.xdr", R"(<Schema xmlns="urn:schemas-microsoft-com:xml-data">
+  <AttributeType name="version"/>
+  <ElementType name="r" content="eltOnly" model="open"><attribute type="version"/></ElementType>
+  </Schema>)");
+  const std::string text =
+      "<top xmlns=\"x-schema:first.xdr\"><r xmlns=\"x-schema:second.xdr\"/></top>";
+  const struct {
+    const char* command;
+    const char* error;  // empty: it is added
+  } rows[] = {{"attr r version 1.0", ""},
+              {"attr r version", ""},
+              {"attr r version 2.0", "kxmsg: -e:1:16: error 0x800409A9: "},
+              {"attr r version ''", "kxmsg: -e:1:16: error 0x800409A9: "}};
+  for (const auto& row : rows) {
+    Write("case.xml", text);
+    const RunResult result = Run({"edit", "case.xml", "-e", row.command});
+    const std::string error = row.error;
+    EXPECT_EQ(result.status, error.empty() ? 0 : 1) << row.command;
+    EXPECT_EQ(result.errors.substr(0, error.size()), error) << row.command << result.errors;
+    EXPECT_EQ(Run({"get", "case.xml", "r/@version"}).output, error.empty() ? "1.0\n" : "");
+  }
+}
+
 TEST_F(KxmsgScript, AttributesWithAPrefixAreReadAndNotChanged) {
   Write("schemas/open.xdr", R"(<Schema xmlns="urn:schemas-microsoft-com:xml-data">
   <AttributeType name="note"/><ElementType name="r" content="textOnly" model="open">
