@@ -95,7 +95,7 @@ check-includes: ## Who includes whom, against the tier table
 
 # A merge runs the targets that have come through a long run; check-all runs all of them.
 check: export FUZZ_TARGETS ?= parse_fuzz paths_fuzz settings_fuzz pattern_fuzz schema_fuzz \
-    validate_fuzz content_fuzz message_fuzz element_fuzz edit_fuzz
+    validate_fuzz content_fuzz message_fuzz element_fuzz edit_fuzz script_fuzz
 check: ## What must pass before a merge; ends with the tests
 	@for step in format-check check-includes demo asan fuzz tidy test; do \
 	    printf '\n== %s (after %d s)\n' "$$step" "$$SECONDS"; $(MAKE) "$$step" || exit 1; done
