@@ -28,7 +28,7 @@ class KX_EXPORT KXMsgAttribute : public Handle {
   [[nodiscard]] std::string Name() const;
   /// The value: that of the data type, as text. A boolean reads "True" or "False".
   /// Raises: E_FAIL when the text is none of the type; 94 for an empty text where the type wants
-  /// one.
+  /// one, and for the types i8 and ui8, which have no typed value.
   [[nodiscard]] std::string Value() const;
   /// Replaces the value.
   /// Raises: kxMsgErrorAttributeReadOnly with name and default for a read-only attribute, whatever
