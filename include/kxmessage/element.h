@@ -71,9 +71,10 @@ class KX_EXPORT KXMsgElement : public Handle {
   /// it. An empty name stands for the only child that is declared, and becomes its name.
   /// Raises: kxMsgErrorNoChildren when the content allows none; kxMsgErrorInvalidChild with the
   /// name when it is not declared, with "<Unspecified>" when the name is empty and not exactly one
-  /// child is declared; kxMsgErrorOneElement for a second one where maxOccurs is "1" (no other
-  /// number is checked, and none for an empty name); 5 for a type that the schema of the message
-  /// does not have; the errors of building the content; E_FAIL for a name that is no pattern.
+  /// child is declared; kxMsgErrorOneElement for a second one where maxOccurs is "1" or absent (no
+  /// other number is checked, and none for an empty name); 5 for a type that the schema of the
+  /// message does not have; the errors of building the content; E_FAIL for a name that is no
+  /// pattern.
   KXMsgElement AddChild(std::string& NodeName) const;
   /// The same for callers who know the name.
   KXMsgElement AddChild(std::string_view NodeName = {}) const {

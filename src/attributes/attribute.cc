@@ -5,17 +5,9 @@
 #include "core/handle_access.h"
 #include "platform/xdr/typing.h"
 
-#include <utility>
-
 namespace kx::attributes {
 
 using schema::AttributeInfoImpl;
-
-AttributeImpl::AttributeImpl(schema::SharedContext context, dom::Node elementType,
-                             const dom::AttributeMap& map, std::string_view name)
-    : context_(std::move(context)),
-      elementType_(std::move(elementType)),
-      attribute_(map.GetNamedItem(name)) {}
 
 std::string AttributeImpl::Name() const { return attribute_.BaseName().value_or(std::string()); }
 

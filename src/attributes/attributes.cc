@@ -13,6 +13,7 @@
 #include "schema/declarations.h"
 #include "schema/default_content.h"
 
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,16 @@ namespace kx::attributes {
 using runtime::Counted;
 using schema::AttributeInfoImpl;
 using schema::ValidAttributesImpl;
+
+namespace {
+
+// The name without prefix; a declaration of the default namespace has none.
+std::string_view BaseNameOf(const dom::Node& attribute) {
+  const dom::Cursor at = attribute.At();
+  return at.QualifiedName() == "xmlns" ? std::string_view("") : at.LocalName();
+}
+
+}  // namespace
 
 AttributesImpl::AttributesImpl(schema::SharedContext context, const dom::Node& element,
                                dom::Node elementType)
@@ -36,8 +47,8 @@ const Counted<ValidAttributesImpl>& AttributesImpl::KnownValidAttributes() {
   return validAttributes_;
 }
 
-Counted<AttributeImpl> AttributesImpl::Wrap(std::string_view name) const {
-  return runtime::MakeCounted<AttributeImpl>(context_, elementType_, map_, name);
+Counted<AttributeImpl> AttributesImpl::Wrap(dom::Node attribute) const {
+  return runtime::MakeCounted<AttributeImpl>(context_, elementType_, std::move(attribute));
 }
 
 // ---- Looking ------------------------------------------------------------------------------------
@@ -45,7 +56,7 @@ Counted<AttributeImpl> AttributesImpl::Wrap(std::string_view name) const {
 // The declaration of the default namespace has no name; it is hidden where it is the first one.
 bool AttributesImpl::FirstAttributeIsNameless() const {
   const dom::Node first = map_.Item(0);
-  return first && first.BaseName().value_or(std::string()).empty();
+  return first && BaseNameOf(first).empty();
 }
 
 std::int32_t AttributesImpl::Count() const {
@@ -57,6 +68,8 @@ bool AttributesImpl::Exists(std::string_view name) const {
 }
 
 Counted<AttributeImpl> AttributesImpl::LookupAttribute(const Variant& key) {
+  // What has no text form is the name of none.
+  if (key.IsError()) core::RaiseMsgError(kxMsgErrorNoAttribute, {key});
   const runtime::PositionOrName place = runtime::ReadKey(key);
   return place.IsPosition() ? AttributeAt(place, key) : AttributeNamed(place.name, key);
 }
@@ -65,9 +78,14 @@ Counted<AttributeImpl> AttributesImpl::AttributeAt(const runtime::PositionOrName
                                                    const Variant& key) const {
   if (!place.IsWithin(Count())) core::RaiseMsgError(kxMsgErrorNoAttribute, {key});
   const int leading = FirstAttributeIsNameless() ? 1 : 0;
-  const dom::Node found = map_.Item(*runtime::FindRounded(*place.position - 1 + leading));
-  // Deliberate: by its name without prefix it may not be found again.
-  return Wrap(found.BaseName().value_or(std::string()));
+  return Wrap(FindByBaseName(map_.Item(*runtime::FindRounded(*place.position - 1 + leading))));
+}
+
+// The attribute that has the name of `item` without its prefix. Deliberate: that is what an object
+// stands for that was asked for by its position. An item without prefix is that itself.
+dom::Node AttributesImpl::FindByBaseName(const dom::Node& item) const {
+  const std::string_view name = BaseNameOf(item);
+  return item.At().QualifiedName() == name ? item : map_.GetNamedItem(name);
 }
 
 // A name that the schema cannot be asked for is not known to it.
@@ -81,7 +99,7 @@ bool AttributesImpl::IsKnown(std::string_view name) {
 
 // Deliberate: reading an attribute that the schema declares and that is not there adds it.
 Counted<AttributeImpl> AttributesImpl::AttributeNamed(const std::string& name, const Variant& key) {
-  if (Exists(name)) return Wrap(name);
+  if (dom::Node found = map_.GetNamedItem(name)) return Wrap(std::move(found));
   if (!IsKnown(name)) core::RaiseMsgError(kxMsgErrorNoAttribute, {key});
   try {
     std::string value;
@@ -107,7 +125,7 @@ Counted<AttributeImpl> AttributesImpl::AddAttribute(const std::string& name, std
   if (!info->ValidateValue(value, Refusal::kRaise, ReadOnlyRule::kWaived)) return nullptr;
   map_.SetNamedItem(schema::CreateDefaultAttribute(
       context_->document, element_, info->GetAttributeType(), info->GetAttributeDecl(), {}));
-  return Wrap(name);
+  return Wrap(map_.GetNamedItem(name));
 }
 
 void AttributesImpl::RemoveAttribute(const Variant& key) {
@@ -131,14 +149,19 @@ void AttributesImpl::RemoveAttribute(const Variant& key) {
 // Deliberate: nameless attributes are not counted, but those behind the first one have a position,
 // so that a list with such a one holds it in the place of its last member.
 core::SharedSnapshot AttributesImpl::BuildAttributeSnapshot() const {
-  const std::int32_t length = map_.Length();
-  const std::int32_t leading = FirstAttributeIsNameless() ? 1 : 0;
+  const auto length = static_cast<std::size_t>(map_.Length());
+  std::vector<dom::Node> all;
+  std::unordered_map<std::string_view, std::size_t> byName;
+  for (std::size_t i = 0; i < length; ++i) {
+    all.push_back(map_.Item(static_cast<std::int32_t>(i)));
+    byName.emplace(all.back().At().QualifiedName(), i);
+  }
   std::vector<ObjectRef> items;
-  std::int32_t position = leading;
-  for (std::int32_t i = 0; i < length; ++i) {
-    if (map_.Item(i).BaseName().value_or(std::string()).empty()) continue;
-    items.emplace_back(Wrap(map_.Item(position).BaseName().value_or(std::string())).Get());
-    ++position;
+  std::size_t position = FirstAttributeIsNameless() ? 1 : 0;
+  for (const dom::Node& each : all) {
+    if (BaseNameOf(each).empty()) continue;
+    const auto found = byName.find(BaseNameOf(all[position++]));
+    items.emplace_back(Wrap(found == byName.end() ? dom::Node() : all[found->second]).Get());
   }
   return runtime::MakeCounted<const core::Snapshot>(std::move(items));
 }
@@ -189,7 +212,9 @@ KXMsgAttribute KXMsgAttributes::Attrib(const Variant& Key) const {
   return HandleAccess::Wrap<KXMsgAttribute>(Of(*this).LookupAttribute(Key));
 }
 
-bool KXMsgAttributes::Exists(std::string_view Name) const { return Of(*this).Exists(Name); }
+bool KXMsgAttributes::Exists(std::string_view Name) const {
+  return Of(*this).Exists(NotNull(Name));
+}
 
 KXMsgAttributes::Iterator KXMsgAttributes::begin() const {
   return Iterator(core::Enumerate(Of(*this).EnumerationList()));

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kx::runtime {
 struct PositionOrName;
@@ -24,9 +25,11 @@ namespace kx::attributes {
 
 class AttributeImpl final : public runtime::PlainObject, private runtime::LiveObject {
  public:
-  /// The attribute, or nothing, that is called `name` in `map` now; it is not looked for again.
-  AttributeImpl(schema::SharedContext context, dom::Node elementType, const dom::AttributeMap& map,
-                std::string_view name);
+  /// `attribute` may be nothing. It is not looked for again.
+  AttributeImpl(schema::SharedContext context, dom::Node elementType, dom::Node attribute) noexcept
+      : context_(std::move(context)),
+        elementType_(std::move(elementType)),
+        attribute_(std::move(attribute)) {}
 
   // See KXMsgAttribute.
   [[nodiscard]] std::string Name() const;
@@ -62,7 +65,8 @@ class AttributesImpl final : public runtime::PlainObject, private runtime::LiveO
   [[nodiscard]] runtime::Counted<AttributeImpl> AttributeNamed(const std::string& name,
                                                                const Variant& key);
   [[nodiscard]] bool IsKnown(std::string_view name);
-  [[nodiscard]] runtime::Counted<AttributeImpl> Wrap(std::string_view name) const;
+  [[nodiscard]] dom::Node FindByBaseName(const dom::Node& item) const;
+  [[nodiscard]] runtime::Counted<AttributeImpl> Wrap(dom::Node attribute) const;
   [[nodiscard]] core::SharedSnapshot BuildAttributeSnapshot() const;
 
   schema::SharedContext context_;

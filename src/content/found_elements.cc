@@ -56,7 +56,7 @@ content::FoundElementsImpl& Of(const KXMsgFoundElements& elements) {
 KXMsgFoundElements KXMsgElement::FindElements(std::string_view XSLQueryString) const {
   const auto& element = HandleAccess::Of<element::ElementImpl>(*this);
   return HandleAccess::Wrap<KXMsgFoundElements>(runtime::MakeCounted<content::FoundElementsImpl>(
-      element.Context(), core::SelectNodes(element.GetElementNode(), XSLQueryString)));
+      element.Context(), core::SelectNodes(element.GetElementNode(), NotNull(XSLQueryString))));
 }
 
 std::int32_t KXMsgFoundElements::Count() const { return Of(*this).Count(); }

@@ -6,6 +6,8 @@
 #include "platform/runtime/counted.h"
 #include "platform/runtime/error.h"
 
+#include <string_view>
+
 namespace kx {
 
 /// The one friend of every handle class.
@@ -33,5 +35,10 @@ class HandleAccess {
     return *object;
   }
 };
+
+/// A text argument of a caller, for whom one of nothing is an empty one.
+[[nodiscard]] constexpr std::string_view NotNull(std::string_view text) noexcept {
+  return text.data() == nullptr ? std::string_view("") : text;
+}
 
 }  // namespace kx

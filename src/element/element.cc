@@ -30,7 +30,9 @@ KXMsgElement KXMsgElement::ChildElements(const Variant& Key) const {
 
 std::int32_t KXMsgElement::Count() const { return Of(*this).Count(); }
 
-bool KXMsgElement::Exists(std::string_view ChildName) const { return Of(*this).Exists(ChildName); }
+bool KXMsgElement::Exists(std::string_view ChildName) const {
+  return Of(*this).Exists(NotNull(ChildName));
+}
 
 KXMsgElement::Iterator KXMsgElement::begin() const {
   return Iterator(core::Enumerate(Of(*this).EnumerationList()));

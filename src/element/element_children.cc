@@ -47,16 +47,23 @@ void ElementImpl::CheckNotPresent(const dom::Node& declaration, const std::strin
   }
 }
 
+// The child number `occurrence`, from 1, of those whose written name is `name`, a name without
+// prefix; nothing when there are fewer. Looks no further than that one.
+dom::Node ElementImpl::FindOccurrence(const std::string& name, std::int32_t occurrence) const {
+  const dom::Node first = core::SelectSingleNode(node_, name);
+  if (!first || occurrence < 1) return {};
+  dom::Cursor at = first.At();
+  while (at && occurrence > 1) {
+    at = at.NextElement();
+    if (at && at.QualifiedName() == first.At().QualifiedName()) --occurrence;
+  }
+  return dom::Node(at);
+}
+
 // A child of that name may go; the declaration may be nothing.
 void ElementImpl::CheckNotRequired(const dom::Node& declaration, const std::string& name) const {
   if (!declaration || !HasSingle(declaration, "minOccurs")) return;
-  const dom::Node first = core::SelectSingleNode(node_, name);
-  if (first) {
-    for (dom::Cursor at = first.At().NextElement(); at; at = at.NextElement()) {
-      if (at.QualifiedName() == first.At().QualifiedName()) return;
-    }
-  }
-  core::RaiseMsgError(kxMsgErrorRequiredChild);
+  if (!FindOccurrence(name, 2)) core::RaiseMsgError(kxMsgErrorRequiredChild);
 }
 
 bool ElementImpl::IsForeign(const ElementImpl& child) const {
@@ -154,12 +161,10 @@ Counted<ElementImpl> ElementImpl::ReplaceChild(const ElementImpl* argument,
   } else if (!schema::FindElementDeclaration(ElementType(), name)) {
     core::RaiseMsgError(kxMsgErrorNoChild, {name});
   }
-  const dom::NodeList present = core::SelectNodes(node_, name);
-  if (occurrence < 1 || occurrence > present.Length()) {
-    core::RaiseMsgError(kxMsgErrorInvalidOccurrence, {occurrence, name});
-  }
+  const dom::Node old = FindOccurrence(name, occurrence);
+  if (!old) core::RaiseMsgError(kxMsgErrorInvalidOccurrence, {occurrence, name});
   const dom::Node copy = replacement.node_.CloneNode(dom::CloneDepth::kDeep);
-  node_.ReplaceChild(copy, present.Item(occurrence - 1));
+  node_.ReplaceChild(copy, old);
   Counted<ElementImpl> wrapped = WrapAs(context_, copy, replacement.node_);
   childSnapshot_.Reset();
   return wrapped;

@@ -10,7 +10,6 @@
 #include "schema/declarations.h"
 
 #include <string>
-#include <utility>
 
 namespace kx::element {
 
@@ -19,22 +18,10 @@ using schema::ValidElementsImpl;
 
 namespace {
 
-// The names of the elements that a group declares, one after the other: reading one can fail.
-class GroupNames {
- public:
-  explicit GroupNames(Counted<ValidElementsImpl> elements)
-      : elements_(std::move(elements)), declarations_(elements_->Declarations()) {}
-
-  [[nodiscard]] std::int32_t Count() const { return declarations_.Length(); }
-  [[nodiscard]] std::string At(std::int32_t index) const {
-    const Counted<schema::ElementInfoImpl> info = elements_->Describe(declarations_.Item(index));
-    return info->Element().BaseName().value_or(std::string());
-  }
-
- private:
-  Counted<ValidElementsImpl> elements_;
-  dom::NodeList declarations_;
-};
+// The name of an element that a group declares. Reading it can fail: it is that of a new one.
+std::string NameOf(const ValidElementsImpl& elements, std::int32_t position) {
+  return elements.Element(position)->Element().BaseName().value_or(std::string());
+}
 
 }  // namespace
 
@@ -60,16 +47,20 @@ Counted<ValidElementsImpl> ElementImpl::KnownGroupElements(std::int16_t groupNum
   if (groupNumber < 1 || groupNumber > NumberOfGroups()) {
     core::RaiseMsgError(kxMsgErrorInvalidGroup);
   }
-  return runtime::MakeCounted<ValidElementsImpl>(
-      context_, node_, schema::Groups(ElementType()).Item(groupNumber - 1));
+  return ElementsOf(schema::Groups(ElementType()).Item(groupNumber - 1));
+}
+
+Counted<ValidElementsImpl> ElementImpl::ElementsOf(const dom::Node& group) const {
+  return runtime::MakeCounted<ValidElementsImpl>(context_, node_, group);
 }
 
 std::int16_t ElementImpl::CurrentGroup() const {
-  const std::int16_t groups = NumberOfGroups();
-  for (std::int16_t group = 1; group <= groups; ++group) {
-    const GroupNames names(KnownGroupElements(group));
-    for (std::int32_t i = 0; i < names.Count(); ++i) {
-      if (Exists(names.At(i))) return group;
+  const dom::NodeList groups = schema::Groups(ElementType());
+  const std::int16_t count = core::SnapshotCount(groups.Length());
+  for (std::int16_t group = 1; group <= count; ++group) {
+    const Counted<ValidElementsImpl> elements = ElementsOf(groups.Item(group - 1));
+    for (std::int32_t i = 1; i <= elements->Count(); ++i) {
+      if (Exists(NameOf(*elements, i))) return group;
     }
   }
   return 0;
@@ -81,19 +72,19 @@ void ElementImpl::ReplaceGroup(std::int16_t groupNumber) const {
   if (groupNumber < 1 || groupNumber > NumberOfGroups()) {
     core::RaiseMsgError(kxMsgErrorInvalidGroup);
   }
-  const GroupNames former(KnownGroupElements(current));
+  const Counted<ValidElementsImpl> former = KnownGroupElements(current);
   context_->document.ValidateOnParse(false);
   // 1. All children of the former group go, however many must be there.
-  for (std::int32_t i = 0; i < former.Count(); ++i) {
-    const dom::NodeList children = core::SelectNodes(node_, former.At(i));
+  for (std::int32_t i = 1; i <= former->Count(); ++i) {
+    const dom::NodeList children = core::SelectNodes(node_, NameOf(*former, i));
     for (std::int32_t child = 0; child < children.Length(); ++child) {
       node_.RemoveChild(children.Item(child));
     }
   }
   // 2. One of each element of the new group comes, an optional one too.
-  const GroupNames next(KnownGroupElements(groupNumber));
-  for (std::int32_t i = 0; i < next.Count(); ++i) {
-    AppendNew(context_->elementTypes.RequireElementType(next.At(i)));
+  const Counted<ValidElementsImpl> next = KnownGroupElements(groupNumber);
+  for (std::int32_t i = 1; i <= next->Count(); ++i) {
+    AppendNew(context_->elementTypes.RequireElementType(NameOf(*next, i)));
   }
   // Deliberate: whatever it was before. An error above leaves it switched off, and what was done.
   context_->document.ValidateOnParse(true);

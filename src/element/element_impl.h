@@ -82,10 +82,13 @@ class ElementImpl final : public runtime::PlainObject, private runtime::LiveObje
   [[nodiscard]] std::string NameOfOnlyChild() const;
   void CheckCanHaveChildren() const;
   void CheckNotPresent(const dom::Node& declaration, const std::string& name) const;
+  [[nodiscard]] dom::Node FindOccurrence(const std::string& name, std::int32_t occurrence) const;
   void CheckNotRequired(const dom::Node& declaration, const std::string& name) const;
   [[nodiscard]] bool IsForeign(const ElementImpl& child) const;
   void CheckForeign(const std::string& name) const;
   void Remove(const dom::Node& child);
+  [[nodiscard]] runtime::Counted<schema::ValidElementsImpl> ElementsOf(
+      const dom::Node& group) const;
   [[nodiscard]] core::SharedSnapshot BuildChildSnapshot() const;
   void CheckHasValue() const;
   [[nodiscard]] bool StoreValue(const Variant& value, bool typed) const;

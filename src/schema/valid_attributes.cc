@@ -14,9 +14,12 @@
 
 namespace kx::schema {
 
-std::int32_t ValidAttributesImpl::Count() const {
-  return AttributeDeclarations(elementType_).Length();
+const dom::NodeList& ValidAttributesImpl::Declarations() const {
+  if (!declarations_) declarations_ = AttributeDeclarations(elementType_);
+  return declarations_;
 }
+
+std::int32_t ValidAttributesImpl::Count() const { return Declarations().Length(); }
 
 bool ValidAttributesImpl::Exists(std::string_view name) const {
   return static_cast<bool>(FindAttributeDeclaration(elementType_, name));
@@ -26,8 +29,7 @@ dom::Node ValidAttributesImpl::FindDeclaration(const Variant& key) const {
   const runtime::PositionOrName place = runtime::ReadKey(key);
   dom::Node found;
   if (place.IsPosition()) {
-    const dom::NodeList declarations = AttributeDeclarations(elementType_);
-    if (place.IsWithin(declarations.Length())) found = declarations.Item(place.ZeroBased());
+    if (place.IsWithin(Count())) found = Declarations().Item(place.ZeroBased());
   } else {
     found = FindAttributeDeclaration(elementType_, place.name, Quotes::kDouble);
   }
@@ -47,12 +49,11 @@ runtime::Counted<AttributeInfoImpl> ValidAttributesImpl::Attrib(const Variant& k
 
 const core::SharedSnapshot& ValidAttributesImpl::EnumerationList() {
   if (!snapshot_) {
-    const dom::NodeList declarations = AttributeDeclarations(elementType_);
-    const std::int32_t count = declarations.Length();
+    const std::int32_t count = Count();
     std::vector<ObjectRef> items;
     items.reserve(static_cast<std::size_t>(count));
     for (std::int32_t i = 0; i < count; ++i) {
-      items.emplace_back(Describe(declarations.Item(i)).Get());
+      items.emplace_back(Describe(Declarations().Item(i)).Get());
     }
     snapshot_ = runtime::MakeCounted<const core::Snapshot>(std::move(items));
   }

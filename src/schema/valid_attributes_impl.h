@@ -5,6 +5,7 @@
 
 #include "core/snapshot.h"
 #include "platform/dom/node.h"
+#include "platform/dom/node_list.h"
 #include "platform/runtime/counted.h"
 #include "schema/attribute_info_impl.h"
 #include "schema/element_context.h"
@@ -28,11 +29,13 @@ class ValidAttributesImpl final : public runtime::PlainObject, private runtime::
   [[nodiscard]] const core::SharedSnapshot& EnumerationList();
 
  private:
+  [[nodiscard]] const dom::NodeList& Declarations() const;
   [[nodiscard]] dom::Node FindDeclaration(const Variant& key) const;
   [[nodiscard]] runtime::Counted<AttributeInfoImpl> Describe(const dom::Node& declaration) const;
 
   SharedContext context_;
   dom::Node elementType_;
+  mutable dom::NodeList declarations_;  // of a schema, which never changes
   core::SharedSnapshot snapshot_;
 };
 

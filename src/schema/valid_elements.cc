@@ -15,6 +15,11 @@
 
 namespace kx::schema {
 
+const dom::NodeList& ValidElementsImpl::Declarations() const {
+  if (!declarations_) declarations_ = ElementDeclarations(declaration_);
+  return declarations_;
+}
+
 std::int32_t ValidElementsImpl::Count() const { return Declarations().Length(); }
 
 bool ValidElementsImpl::Exists(std::string_view name) const {
@@ -25,8 +30,7 @@ dom::Node ValidElementsImpl::FindDeclaration(const Variant& key) const {
   const runtime::PositionOrName place = runtime::ReadKey(key);
   dom::Node found;
   if (place.IsPosition()) {
-    const dom::NodeList declarations = Declarations();
-    if (place.IsWithin(declarations.Length())) found = declarations.Item(place.ZeroBased());
+    if (place.IsWithin(Count())) found = Declarations().Item(place.ZeroBased());
   } else {
     found = FindElementDeclaration(declaration_, place.name, Quotes::kDouble);
   }
@@ -54,12 +58,11 @@ runtime::Counted<ElementInfoImpl> ValidElementsImpl::Describe(const dom::Node& d
 
 const core::SharedSnapshot& ValidElementsImpl::EnumerationList() {
   if (!snapshot_) {
-    const dom::NodeList declarations = Declarations();
-    const std::int16_t count = core::SnapshotCount(declarations.Length());
+    const std::int16_t count = core::SnapshotCount(Count());
     std::vector<ObjectRef> items;
     items.reserve(static_cast<std::size_t>(count));
     for (std::int32_t i = 0; i < count; ++i) {
-      items.emplace_back(Describe(declarations.Item(i)).Get());
+      items.emplace_back(Describe(Declarations().Item(i)).Get());
     }
     snapshot_ = runtime::MakeCounted<const core::Snapshot>(std::move(items));
   }

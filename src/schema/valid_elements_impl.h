@@ -7,7 +7,6 @@
 #include "platform/dom/node.h"
 #include "platform/dom/node_list.h"
 #include "platform/runtime/counted.h"
-#include "schema/declarations.h"
 #include "schema/element_context.h"
 #include "schema/element_info_impl.h"
 
@@ -32,16 +31,15 @@ class ValidElementsImpl final : public runtime::PlainObject, private runtime::Li
   [[nodiscard]] runtime::Counted<ElementInfoImpl> Element(const Variant& key) const;
   [[nodiscard]] const core::SharedSnapshot& EnumerationList();
 
-  /// All declarations in their order, and what Element tells of one of them.
-  [[nodiscard]] dom::NodeList Declarations() const { return ElementDeclarations(declaration_); }
-  [[nodiscard]] runtime::Counted<ElementInfoImpl> Describe(const dom::Node& declaration) const;
-
  private:
+  [[nodiscard]] const dom::NodeList& Declarations() const;
+  [[nodiscard]] runtime::Counted<ElementInfoImpl> Describe(const dom::Node& declaration) const;
   [[nodiscard]] dom::Node FindDeclaration(const Variant& key) const;
 
   SharedContext context_;
   dom::Node parent_;
   dom::Node declaration_;
+  mutable dom::NodeList declarations_;  // of a schema, which never changes
   core::SharedSnapshot snapshot_;
 };
 

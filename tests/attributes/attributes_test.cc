@@ -127,7 +127,13 @@ TEST_F(AttributesTest, WhatIsNeitherThereNorDeclaredIsNoAttribute) {
       {"", Code(kxMsgErrorNoAttribute), "Attribute '' does not exist."},
       {"it's", Code(kxMsgErrorNoAttribute), "Attribute 'it's' does not exist."},
       {Variant(), Code(kxMsgErrorNoAttribute), "Attribute '' does not exist."},
+      {true, Code(kxMsgErrorNoAttribute), "Attribute 'True' does not exist."},
+      {false, Code(kxMsgErrorNoAttribute), "Attribute 'False' does not exist."},
+      {"&H9", Code(kxMsgErrorNoAttribute), "Attribute '&H9' does not exist."},
+      {Date{1}, Code(kxMsgErrorNoAttribute), "Attribute '12/31/1899' does not exist."},
+      {Variant::Missing(), Code(kxMsgErrorNoAttribute), "Attribute 'Error 448' does not exist."},
       {Variant::Null(), RuntimeError(94), "Invalid use of Null"},
+      {ObjectRef(), RuntimeError(91), "Object variable or With block variable not set"},
   };
   for (const auto& row : rows) {
     std::string description;
@@ -177,6 +183,8 @@ TEST_F(AttributesTest, ReadingOneThatCannotBeAddedGivesNothing) {
 
 TEST_F(AttributesTest, ExistsAsksNoSchemaAndAddsNothing) {
   const KXMsgAttributes attributes = BareAttributes("<R xmlns='urn:x' own='1'/>");
+  EXPECT_FALSE(attributes.Exists({}));
+  EXPECT_FALSE(attributes.KnownValidAttributes().Exists({}));
   EXPECT_TRUE(attributes.Exists("own"));
   EXPECT_TRUE(attributes.Exists("xmlns"));
   EXPECT_FALSE(attributes.Exists("opt"));
@@ -378,6 +386,41 @@ TEST_F(AttributesTest, ValuesInAnEnumerationAreReadLive) {
   attributes.Attrib("opt").Value("changed");
   EXPECT_EQ(first.Value(), "changed");
   EXPECT_EQ((*attributes.begin()).Value(), "changed");
+}
+
+// Each member stands for its name without prefix, as one that is asked for by position does.
+TEST_F(AttributesTest, AnEnumerationOfManyAttributesAgreesWithTheirPositions) {
+  std::string text = "<R xmlns='urn:x' xmlns:p='urn:p' xmlns:q='urn:q'";
+  for (int i = 0; i < 300; ++i) {
+    const std::string number = std::to_string(i);
+    text += (i % 3 == 0 ? " p:a" : i % 3 == 1 ? " b" : " q:b") + number + "='" + number + "'";
+    if (i % 7 == 0) text += " a" + number + "='own'";
+  }
+  const KXMsgAttributes attributes = BareAttributes(text + "/>");
+  std::int32_t position = 0;
+  for (const KXMsgAttribute& member : attributes) {
+    const KXMsgAttribute at = attributes.Attrib(++position);
+    std::string value;
+    std::string expected;
+    EXPECT_EQ(ErrorOf([&] { value = member.Value(); }), ErrorOf([&] { expected = at.Value(); }));
+    EXPECT_EQ(value, expected) << position;
+  }
+  EXPECT_EQ(position, attributes.Count());
+}
+
+TEST_F(AttributesTest, ObjectsOutliveTheMessageAndKeepAContentThatWasReplaced) {
+  const KXMsgAttributes attributes = Loaded("opt='1'");
+  const KXMsgAttribute opt = attributes["opt"];
+  message_.LoadMessageFromString(world_.Loaded("s", "<R need='other'/>").XML());
+  opt.Value("2");
+  attributes.AddAttribute("num").Value("3");
+  attributes.RemoveAttribute("num");
+  EXPECT_EQ(attributes["opt"].Value(), "2");
+  EXPECT_FALSE(message_.RootElement().Attributes().Exists("opt"));
+  message_ = nullptr;
+  opt.Value("4");
+  EXPECT_EQ(attributes["opt"].Value(), "4");
+  EXPECT_EQ((*attributes.begin()).Name(), "opt");
 }
 
 TEST_F(AttributesTest, AnEmptyEnumerationIsKeptToo) {

@@ -392,6 +392,74 @@ TEST_F(ElementChildrenTest, AnElementMayBeCopiedIntoItself) {
   EXPECT_EQ(bare.Xml(), "<E><E/><E><E/></E></E>");
 }
 
+TEST_F(ElementChildrenTest, AReplacementWithoutDeclarationIsInPlaceAndHasNoWrapper) {
+  const test::BareElement bare(world_,
+                               "<ElementType name='L'/><ElementType name='E' content='eltOnly'>"
+                               "<element type='L'/></ElementType>",
+                               "E", "<E><L>1</L><L>2</L></E>");
+  const test::BareElement leaf(world_, "<ElementType name='L'/>", "L", "<L>new</L>");
+  EXPECT_EQ(ErrorOf([&] { bare.Element().ReplaceChild(leaf.Element(), 2); }), RuntimeError(91));
+  EXPECT_EQ(bare.Xml(), "<E><L>1</L><L>new</L></E>");
+}
+
+TEST_F(ElementChildrenTest, OnlyAModelThatIsExactlyClosedOrAbsentRefusesAnotherNamespace) {
+  struct {
+    const char* model;
+    bool refused;
+  } const rows[] = {{"", true},
+                    {"model=''", true},
+                    {"model='closed'", true},
+                    {"model='open'", false},
+                    {"model='Closed'", false},
+                    {"model='x'", false}};
+  for (const auto& row : rows) {
+    const test::BareElement bare(
+        world_, "<ElementType name='E' content='eltOnly' " + std::string(row.model) + "/>", "E",
+        "<E><Part/></E>");
+    const KXMsgElement foreign = Other("other", "<Part/>");
+    const std::uint32_t expected = row.refused ? Code(kxMsgErrorWrongNameSpace) : 0;
+    EXPECT_EQ(ErrorOf([&] { bare.Element().InsertChild(foreign); }), expected) << row.model;
+    EXPECT_EQ(ErrorOf([&] { bare.Element().ReplaceChild(foreign); }), expected) << row.model;
+    EXPECT_EQ(bare.Element().Count(), row.refused ? 1 : 2) << row.model;
+  }
+}
+
+TEST_F(ElementChildrenTest, OldWrappersEditTheContentThatALoadReplaced) {
+  const KXMsgElement root = Root("<Root><Part><Leaf/></Part></Root>");
+  const KXMsgElement part = root["Part"];
+  message_.LoadMessageFromString(message_.XML());
+  root.AddChild("Part");
+  root.InsertChild(part);
+  root.ReplaceChild(part, 2);
+  root.RemoveChild(part);
+  EXPECT_EQ(root.Count(), 2);
+  EXPECT_EQ(message_.RootElement().Count(), 1);
+  message_.RootElement().InsertChild(part);
+  message_ = nullptr;
+  root.RemoveChildKey(1);
+  EXPECT_EQ(Inside(root), "<Root><Part><Leaf/></Part></Root>");
+}
+
+// Its types are looked for in the schema of the message, where a name may mean something else.
+TEST_F(ElementChildrenTest, AnElementOfAnotherSchemaIsEditedByTheTypesOfTheMessagesSchema) {
+  world_.AddSchema("third.xml",
+                   "<AttributeType name='own' dt:type='int'/>"
+                   "<ElementType name='Only' content='textOnly'/>"
+                   "<ElementType name='Leaf' content='empty'/>"
+                   "<ElementType name='Third' content='eltOnly'>"
+                   "<attribute type='own'/><element type='Only' minOccurs='0'/>"
+                   "<element type='Leaf' minOccurs='0'/></ElementType>");
+  const KXMsgElement third = Root("<Root/>").InsertChild(Other("third", "<Third own='1'/>"));
+  EXPECT_EQ(ErrorOf([&] { third.AddChild("Only"); }), RuntimeError(5));
+  EXPECT_EQ(third.AddChild("Leaf").Info().CanHaveValue(), true);
+  EXPECT_EQ(ErrorOf([&] { static_cast<void>(third.KnownValidChildren()[1]); }), RuntimeError(5));
+  EXPECT_EQ(third.KnownValidChildren()[2].Name(), "Leaf");
+  const KXMsgAttributes attributes = third.Attributes();
+  EXPECT_EQ(attributes["own"].Value(), "1");
+  EXPECT_EQ(ErrorOf([&] { attributes["own"].Value("2"); }), RuntimeError(91));
+  EXPECT_EQ(ErrorOf([&] { attributes.RemoveAttribute("own"); }), RuntimeError(91));
+}
+
 TEST_F(ElementChildrenTest, WhatCannotBeInserted) {
   const KXMsgElement root =
       Root("<Root><Leaf>x</Leaf><Part><Leaf/></Part><Many/><Bare/><Empty/></Root>");
@@ -433,7 +501,6 @@ TEST_F(ElementChildrenTest, AnOpenElementTakesAnyElementOfAnotherSchema) {
   const KXMsgElement leaf = root.InsertChild(foreign["Leaf"]);
   EXPECT_EQ(root.Count(), 3);
   EXPECT_EQ(leaf.TextValue(), "y");
-  // It knows its own schema.
   EXPECT_EQ(part.KnownValidChildren().Element("Leaf").MinOccurrences(), 0);
   part.RemoveChildKey("Leaf");
   EXPECT_EQ(part.Count(), 0);

@@ -127,6 +127,21 @@ TEST_F(ElementGroupsTest, TheElementsOfOtherGroupsStay) {
   EXPECT_EQ(Inside(root), "<R><D><A/></D><C/><D><A/></D></R>");
 }
 
+TEST_F(ElementGroupsTest, AnElementOfBothGroupsKeepsTheFirstOneCurrent) {
+  const test::BareElement bare(world_,
+                               "<ElementType name='A'/><ElementType name='B'/>"
+                               "<ElementType name='R' content='eltOnly'>"
+                               "<group><element type='A'/></group>"
+                               "<group><element type='A'/><element type='B'/></group>"
+                               "</ElementType>",
+                               "R", "<R><A>x</A></R>");
+  bare.Element().ReplaceGroup(2);
+  EXPECT_EQ(bare.Xml(), "<R><A/><B/></R>");
+  EXPECT_EQ(bare.Element().CurrentGroup(), 1);
+  bare.Element().ReplaceGroup(2);
+  EXPECT_EQ(bare.Xml(), "<R><B/><A/><B/></R>");
+}
+
 TEST_F(ElementGroupsTest, ReplacingTheCurrentGroupChangesNothing) {
   const KXMsgElement none = Root("<R><Plain/></R>");
   none.ReplaceGroup(0);

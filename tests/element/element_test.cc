@@ -192,6 +192,8 @@ TEST_F(ElementTest, AnElementThatWasTakenOutHasNoParent) {
 
 TEST_F(ElementTest, ANameThatIsNoPatternIsTheQuerysError) {
   const KXMsgElement root = Root("<Root/>");
+  EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.Exists({})); }), 0x80004005U);
+  EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.FindElements({})); }), 0x80004005U);
   for (const char* name : {"", "a b", "'", "a[", "//"}) {
     EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.ChildElements(name)); }), 0x80004005U) << name;
     EXPECT_EQ(ErrorOf([&] { static_cast<void>(root.Exists(name)); }), 0x80004005U) << name;

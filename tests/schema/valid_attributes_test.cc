@@ -52,6 +52,7 @@ TEST_F(ValidAttributesTest, AreThoseThatTheElementTypeDeclares) {
 TEST_F(ValidAttributesTest, AreFoundByPositionAndByName) {
   EXPECT_EQ(valid_.Attrib(1).Name(), "b");
   EXPECT_EQ(valid_["2"].Name(), "a");
+  EXPECT_EQ(valid_[1.4].Name(), "b");
   EXPECT_EQ(valid_.Attrib("a").DataType(), "int");
   EXPECT_EQ(valid_.Attrib("a").DefaultValue(), "7");
   EXPECT_EQ(valid_.Attrib("b").DataType(), "date");
@@ -72,6 +73,10 @@ TEST_F(ValidAttributesTest, ThoseThatAreNotDeclaredDoNotExist) {
       {"A", Code(kxMsgErrorNoAttribute), "Attribute 'A' does not exist."},
       {"it's", Code(kxMsgErrorNoAttribute), "Attribute 'it's' does not exist."},
       {"", Code(kxMsgErrorNoAttribute), "Attribute '' does not exist."},
+      {0.5, Code(kxMsgErrorNoAttribute), "Attribute '0.5' does not exist."},
+      {true, Code(kxMsgErrorNoAttribute), "Attribute 'True' does not exist."},
+      {Variant::Null(), RuntimeError(94), "Invalid use of Null"},
+      {Variant::Missing(), RuntimeError(13), "Type mismatch"},
   };
   for (const auto& row : rows) {
     std::string description;

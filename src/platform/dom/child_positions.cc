@@ -184,13 +184,26 @@ void ChildPositions::NoteElementInserted(NodeId parent, NodeId item, NodeId befo
   }
 }
 
-void ChildPositions::NoteElementRemoved(NodeId parent, NodeId item, NodeId previous,
-                                        NodeId next) noexcept {
+namespace {
+
+// The nearest element, unless many other nodes stand before it.
+template <typename Step>
+Cursor NearbyElement(Cursor at, Step step) {
+  for (std::uint32_t i = 0; at && i < ChildPositions::kShortList; ++i) {
+    at = step(at);
+    if (at && at.IsElement()) return at;
+  }
+  return {};
+}
+
+}  // namespace
+
+void ChildPositions::NoteElementRemoved(NodeId parent, const Cursor& item) noexcept {
   ElementPlace* place = FindElements(parent);
   if (place == nullptr) return;
   --place->length;
   if (!place->table.empty()) {
-    if (place->table.back() == item) {
+    if (place->table.back() == item.Id()) {
       place->table.pop_back();
     } else {
       place->table.clear();
@@ -198,9 +211,17 @@ void ChildPositions::NoteElementRemoved(NodeId parent, NodeId item, NodeId previ
     }
   }
   if (place->node == kNoNode) return;
-  if (item != place->node && previous == kNoNode) {
+  if (item.Id() == place->node) {
+    // A neighbour takes the place: the next one with its number, or the one before it.
+    Cursor neighbour = NearbyElement(item, [](const Cursor& at) { return at.Next(); });
+    if (!neighbour) {
+      neighbour = NearbyElement(item, [](const Cursor& at) { return at.Previous(); });
+      if (neighbour) --place->index;
+    }
+    place->node = neighbour.Id();
+  } else if (!item.Previous()) {
     --place->index;
-  } else if (item == place->node || next != kNoNode) {
+  } else if (item.Next()) {
     place->node = kNoNode;
   }
 }

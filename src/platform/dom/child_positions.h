@@ -15,6 +15,7 @@
 
 namespace kx::dom {
 
+class Cursor;
 class DocumentData;
 
 /// A list of nodes: the children of a node, or its attributes.
@@ -67,9 +68,9 @@ class ChildPositions {
   void NoteInserted(ListId list, NodeId before, bool atFirst) noexcept;
   /// `item`, between `previous` and `next`, leaves.
   void NoteRemoved(ListId list, NodeId item, NodeId previous, NodeId next) noexcept;
-  /// The same for an element among the children of `parent`, by its neighbours of any kind.
+  /// The same for an element among the children of `parent`; `before` is of any kind.
   void NoteElementInserted(NodeId parent, NodeId item, NodeId before, bool atFirst);
-  void NoteElementRemoved(NodeId parent, NodeId item, NodeId previous, NodeId next) noexcept;
+  void NoteElementRemoved(NodeId parent, const Cursor& item) noexcept;
   /// All of a node's lists are gone or new.
   void Forget(NodeId id) noexcept {
     if (Empty()) return;

@@ -1,6 +1,7 @@
 // See document_data.h.
 #include "platform/dom/document_data.h"
 
+#include "platform/dom/cursor.h"
 #include "platform/dom/document_impl.h"
 #include "platform/dom/dtd.h"
 
@@ -113,7 +114,7 @@ void DocumentData::RemoveChild(NodeId child) {
   if (positions_) {
     positions_->NoteRemoved(ChildrenOf(record.parent), child, record.prev, record.next);
     if (record.type == NodeType::kElement) {
-      positions_->NoteElementRemoved(record.parent, child, record.prev, record.next);
+      positions_->NoteElementRemoved(record.parent, Cursor(this, child));
     }
   }
   (record.prev == kNoNode ? owner.first : nodes_[record.prev].next) = record.next;

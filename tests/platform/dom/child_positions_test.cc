@@ -86,10 +86,12 @@ TEST(ChildPositions, OfElementsAgreeWithTheLinksAfterEveryEdit) {
   const Document document = WithItems(60);
   DocumentData& data = document.Data();
   const Node root = document.DocumentElement();
+  NodeId lastFound = kNoNode;
   for (int step = 0; step < 5000; ++step) {
     const std::vector<NodeId> ids = Walked(data, ChildrenOf(root.At().Id()));
     const std::size_t at = random() % (ids.size() + 1);
-    const NodeId before = at == ids.size() ? kNoNode : ids[at];
+    NodeId before = at == ids.size() ? kNoNode : ids[at];
+    if (lastFound != kNoNode && random() % 4 == 0) before = lastFound;
     if (before != kNoNode && ids.size() > 50 && random() % 2 == 0) {
       data.RemoveChild(before);
     } else {
@@ -107,6 +109,7 @@ TEST(ChildPositions, OfElementsAgreeWithTheLinksAfterEveryEdit) {
       ASSERT_EQ(FindElement(data, root.At().Id(), index),
                 index < elements.size() ? elements[index] : kNoNode)
           << "step " << step << " element " << index;
+      lastFound = index < elements.size() ? elements[index] : kNoNode;
     }
   }
 }
