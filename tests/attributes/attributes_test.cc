@@ -393,8 +393,9 @@ TEST_F(AttributesTest, AnEnumerationOfManyAttributesAgreesWithTheirPositions) {
   std::string text = "<R xmlns='urn:x' xmlns:p='urn:p' xmlns:q='urn:q'";
   for (int i = 0; i < 300; ++i) {
     const std::string number = std::to_string(i);
-    text += (i % 3 == 0 ? " p:a" : i % 3 == 1 ? " b" : " q:b") + number + "='" + number + "'";
-    if (i % 7 == 0) text += " a" + number + "='own'";
+    constexpr const char* kStarts[] = {" p:a", " b", " q:b"};
+    text.append(kStarts[i % 3]).append(number).append("='").append(number).append("'");
+    if (i % 7 == 0) text.append(" a").append(number).append("='own'");
   }
   const KXMsgAttributes attributes = BareAttributes(text + "/>");
   std::int32_t position = 0;
